@@ -1,0 +1,21 @@
+# A floor is a folder: every source in it belongs to its library, and it links only the floors below.
+# qv_floor(<target> <floors below>...)
+function(qv_floor target)
+    file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+    add_library(${target} STATIC ${sources})
+    target_link_libraries(${target} PUBLIC qv_build_flags ${ARGN})
+    set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+endfunction()
+
+# A test program from every source beside it. It fails when it finds no test to run.
+# qv_test(<target> <libraries>...)
+function(qv_test target)
+    file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(${target} ${sources})
+    target_link_libraries(${target} PRIVATE qv_test_support ${ARGN})
+    add_test(NAME ${target} COMMAND ${target} --gtest_brief=1)
+    set_tests_properties(${target} PROPERTIES TIMEOUT 900)
+endfunction()

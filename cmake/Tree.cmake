@@ -1,0 +1,19 @@
+# Every build leaves the product as a user installs it in <build>/tree: the library, the converter and the
+# host program side by side, the modules in their folders below. Tests and demos run that very tree.
+set(QV_TREE ${CMAKE_BINARY_DIR}/tree)
+
+# A program or the library itself, at the top of the tree.
+function(qv_place_in_tree target)
+    set_target_properties(${target} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY ${QV_TREE} LIBRARY_OUTPUT_DIRECTORY ${QV_TREE} ARCHIVE_OUTPUT_DIRECTORY ${QV_TREE})
+    install(TARGETS ${target} RUNTIME DESTINATION . LIBRARY DESTINATION . ARCHIVE DESTINATION .)
+endfunction()
+
+# A codec or effect module: qv_module(<target> <decoder|encoder|DSPs> "<name in the folder>" sources...)
+function(qv_module target folder name)
+    add_library(${target} MODULE ${ARGN})
+    target_link_libraries(${target} PRIVATE qv_build_flags qv_foundation)
+    set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME "${name}"
+        LIBRARY_OUTPUT_DIRECTORY ${QV_TREE}/${folder})
+    install(TARGETS ${target} LIBRARY DESTINATION ${folder})
+endfunction()

@@ -1,0 +1,14 @@
+// XNetThrottle: a place for pauses between network requests. Nothing in this library makes any.
+#pragma once
+
+#include <cstdint>
+
+class XNetThrottle {
+  public:
+    virtual void OnStart() {}
+    virtual void OnStop() {}
+    virtual bool Wait(std::uint32_t milliseconds);    // always true
+
+  protected:
+    ~XNetThrottle() = default;
+};

@@ -1,0 +1,14 @@
+// A program's first function: its arguments in 16-bit text.
+#include "platform/program.h"
+#include "platform/text.h"
+
+int main(int argc, char** argv) {
+    std::vector<std::u16string> arguments;
+    for (int i = 1; i < argc; ++i) {
+        std::u16string text(static_cast<std::size_t>(platform::MultiByteToWideChar(argv[i], nullptr, 0)), u'\0');
+        platform::MultiByteToWideChar(argv[i], text.data(), static_cast<std::int32_t>(text.size()));
+        text.pop_back();
+        arguments.push_back(std::move(text));
+    }
+    return platform::ProgramMain(arguments);
+}
