@@ -15,7 +15,7 @@ if(NOT WIN32)
 endif()
 
 add_library(qv_build_flags INTERFACE)
-target_include_directories(qv_build_flags INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+target_include_directories(qv_build_flags INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
 target_compile_options(qv_build_flags INTERFACE
     -Wall -Wextra -Wshadow -Wconversion -Wsign-conversion -Werror -fstack-protector-strong)
 target_compile_definitions(qv_build_flags INTERFACE QV_VERSION="${PROJECT_VERSION}")

@@ -1,0 +1,13 @@
+// The codec modules beside this program.
+#pragma once
+
+#include "foundation/log.h"
+#include "foundation/wide_string.h"
+#include "plugins/decoder_module.h"
+#include "plugins/encoder_module.h"
+
+// Loads the first decoder module that lists the extension of `file`, and makes an instance that reports to `log`.
+bool LoadDecoderFor(const XString& file, clQvDecoder& decoder, const XLog& log);
+
+// Loads the encoder module of this name, and makes an instance. A name that is a path is refused.
+bool LoadEncoderNamed(const XString& name, clQvEncoder& encoder, const XLog& log);

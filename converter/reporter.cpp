@@ -1,0 +1,36 @@
+#include "converter/reporter.h"
+
+#include "platform/file.h"
+#include "platform/program.h"
+
+Reporter::Reporter()
+    : mOutput(platform::GetStdHandle(platform::kStdOutput)), mError(platform::GetStdHandle(platform::kStdError)) {}
+
+void Reporter::Error(std::u16string_view text) { Line(mError, text); }
+
+void Reporter::Information(std::u16string_view text) { Line(mOutput, text); }
+
+void Reporter::Percent(int percent) {
+    if (percent <= mPercent) return;
+    mPercent = percent;
+    const std::string digits = std::to_string(percent);
+    Message(u"PCDone", std::u16string(digits.begin(), digits.end()));
+}
+
+void Reporter::Action(std::u16string_view action, std::u16string_view input, std::u16string_view output) {
+    Message(u"ActionInput", input);
+    Message(u"ActionOutput", output);
+    Message(u"Action", action);
+}
+
+void Reporter::Message(std::u16string_view key, std::u16string_view value) {
+    Line(mOutput, u"MSGTO: qMC: " + std::u16string(key) + u": " + std::u16string(value));
+}
+
+void Reporter::Line(platform::Handle stream, std::u16string_view text) {
+    if (!platform::IsOpen(stream)) return;
+    const std::u16string line = std::u16string(text) + u"\r\n";
+    const std::lock_guard lock(mLock);
+    std::uint32_t written = 0;
+    platform::WriteFile(stream, line.data(), static_cast<std::uint32_t>(line.size() * sizeof(char16_t)), &written);
+}

@@ -1,0 +1,43 @@
+// Source: the file to convert, seen through its decoder module.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "converter/error_tap.h"
+#include "foundation/id_tag_list.h"
+#include "foundation/log.h"
+#include "plugins/decoder_module.h"
+#include "quavermill/module.h"
+#include "converter/reporter.h"
+
+class Source {
+  public:
+    Source(std::u16string file, Reporter& reporter);
+
+    // False when no decoder module reads files of this extension.
+    bool FindDecoder();
+    // Opens the file for decoding. The reason of a refusal has gone to the host in the module's own words.
+    bool Open();
+    // Adds the file's own tags to `tags`; a file without any adds nothing. Before Open.
+    void ReadTags(clIDTagList& tags);
+    // The next block; false when the decoder will not give one. Its last one has `finished` set.
+    bool NextBlock(clBlockRec& block);
+    // Closes file and module, and says whether all of the audio could be read.
+    bool Close();
+
+    // How far the blocks so far have come, 0 to 99.
+    int Percent() const;
+    // True as soon as the decoder has reported an error.
+    bool IsDamaged() const { return mErrors.Lines() > 0; }
+    const std::uint8_t* Format() const { return mRecord.format; }    // 40 bytes
+
+  private:
+    const std::u16string mFile;
+    ErrorTap mErrors;    // outlives the module, which may report while it is destroyed
+    XLog mLog;
+    clQvDecoder mDecoder;
+    clOpenFileRec mRecord = {};
+    std::uint64_t mBytes = 0;
+    bool mOpen = false;
+};

@@ -1,0 +1,34 @@
+// Target: the encoder module at work on a file.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "converter/error_tap.h"
+#include "foundation/log.h"
+#include "plugins/encoder_module.h"
+#include "quavermill/module.h"
+#include "converter/reporter.h"
+
+class Target {
+  public:
+    explicit Target(Reporter& reporter);
+
+    // False when there is no encoder module of this name.
+    bool FindEncoder(const std::u16string& name);
+    // Begins to write `file`. Settings and format are the encoder's to refuse; it gives its reasons to the host.
+    bool Begin(const std::u16string& file, const std::u16string& settings, const std::uint8_t* format);
+    void Write(const clBlockRec& decoded);
+    // Completes the file and lets go of it. False when the encoder did not get all of it onto the disk.
+    bool End();
+
+    bool HasFailed() const { return mErrors.Lines() > 0; }
+
+  private:
+    ErrorTap mErrors;
+    XLog mLog;
+    clQvEncoder mEncoder;
+    std::u16string mFile;
+    std::u16string mSettings;
+    clEncoderSessionRec mSession = {};
+};

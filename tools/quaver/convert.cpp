@@ -1,0 +1,173 @@
+// The library reports in words, not in codes: what went wrong is in the error text, and 100 percent only says that the
+// run has ended. A conversion has succeeded when no error came and the converter's own closing words did.
+#include "convert.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "host.h"
+#include "interruption.h"
+#include "platform/clock.h"
+#include "platform/file.h"
+#include "platform/process.h"
+#include "platform/program.h"
+#include "progress.h"
+#include "utf8.h"
+
+namespace {
+
+constexpr std::uint32_t kPollMs = 20;
+constexpr std::u16string_view kClosingWords = u"Conversion complete";
+
+void Tell(const std::u16string& text) {
+    platform::WriteConsoleText(platform::GetStdHandle(platform::kStdError), (text + u"\n").c_str());
+}
+
+std::u16string LowerExtension(const std::u16string& path) {
+    const std::size_t dot = path.find_last_of(u"./\\");
+    if (dot == std::u16string::npos || path[dot] != u'.') return {};
+    std::u16string extension = path.substr(dot);
+    for (char16_t& unit : extension) {
+        if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit + 32);
+    }
+    return extension;
+}
+
+// The encoder that comes with the library for a file of this extension; empty for none.
+std::u16string EncoderFor(const std::u16string& destination) {
+    constexpr std::pair<std::u16string_view, std::u16string_view> kEncoders[] = {{u".wav", u"Wave"}, {u".wave", u"Wave"}};
+    const std::u16string extension = LowerExtension(destination);
+    for (const auto& [known, encoder] : kEncoders) {
+        if (extension == known) return std::u16string(encoder);
+    }
+    return {};
+}
+
+bool Exists(const std::u16string& path) {
+    return platform::GetFileAttributesW(path.c_str()) != platform::kInvalidAttributes;
+}
+
+std::uint64_t FileSize(const std::u16string& path) {
+    platform::FindData data;
+    const platform::Handle search = platform::FindFirstFileW(path.c_str(), &data);
+    if (search == platform::kInvalidHandle) return 0;
+    platform::FindClose(search);
+    return data.size;
+}
+
+// Why this conversion is not begun; empty when it may be.
+std::u16string Objection(const ConvertOptions& options, const std::u16string& encoder) {
+    const auto quoted = [](const std::u16string& text) { return text.find(u'"') != std::u16string::npos; };
+    if (quoted(options.source) || quoted(options.destination)) {
+        return u"A file name with a double quote can't be passed on to the converter.";
+    }
+    if (!Exists(options.source)) return u"There is no file '" + options.source + u"'.";
+    if (encoder.empty()) {
+        return u"No encoder is known for '" + options.destination + u"'; name one with --encoder.";
+    }
+    if (!Exists(options.destination)) return {};
+    if (platform::IsSameFile(options.source.c_str(), options.destination.c_str())) {
+        return u"Source and destination are the same file.";
+    }
+    if (!options.overwrite) return u"'" + options.destination + u"' exists; --overwrite replaces it.";
+    return {};
+}
+
+void Prepare(const Host& host, const ConvertOptions& options) {
+    for (const auto& [name, settings] : options.effects) {
+        QACAddDSPToList(host.Handle(), AsQvChar(name), AsQvChar(settings));
+    }
+    for (const auto& [name, value] : options.tags) QACAddIDTagToList(host.Handle(), AsQvChar(name), AsQvChar(value));
+    QACSetTagWriteThrough(host.Handle(), options.carryTags ? 1 : 0);
+}
+
+// Both texts of a run, gathered over its polls. The activity line comes again with every poll; only what is neither
+// that nor the library's own is worth a line here.
+class Transcript {
+  public:
+    void Gather(Host& host) {
+        mErrors += host.TakeErrors();
+        const std::u16string text = host.TakeInformation();
+        for (std::size_t at = 0; at < text.size();) {
+            const std::size_t end = std::min(text.find(u"\r\n", at), text.size());
+            Note(text.substr(at, end - at));
+            at = end + 2;
+        }
+    }
+
+    const std::u16string& Errors() const { return mErrors; }
+    const std::vector<std::u16string>& Notes() const { return mNotes; }
+    bool Complete() const { return mComplete; }
+
+  private:
+    void Note(const std::u16string& line) {
+        if (line == kClosingWords) mComplete = true;
+        const bool remark = line.starts_with(u"No tags were written") || line.starts_with(u"Processor ");
+        if (remark && std::find(mNotes.begin(), mNotes.end(), line) == mNotes.end()) mNotes.push_back(line);
+    }
+
+    std::u16string mErrors;
+    std::vector<std::u16string> mNotes;
+    bool mComplete = false;
+};
+
+// Polls until the run has ended. True when the user has cancelled it.
+bool Watch(Host& host, Progress& progress, Transcript& transcript, bool quiet) {
+    bool cancelled = false;
+    for (std::uint32_t percent = 0; percent < 100; platform::Sleep(kPollMs)) {
+        if (!cancelled && interruption::Raised()) {
+            cancelled = true;
+            QACSetCancelled(host.Handle());
+        }
+        QACGetProgress(host.Handle(), &percent);
+        transcript.Gather(host);
+        if (!quiet && !cancelled) progress.Show(percent);
+    }
+    transcript.Gather(host);
+    progress.Clear();
+    return cancelled;
+}
+
+ExitCode Conclude(const ConvertOptions& options, const Transcript& transcript, bool cancelled) {
+    for (const std::u16string& note : transcript.Notes()) Tell(note);
+    if (!transcript.Errors().empty()) platform::WriteConsoleText(platform::GetStdHandle(platform::kStdError), transcript.Errors().c_str());
+    if (transcript.Complete() && transcript.Errors().empty()) {
+        if (!options.quiet) Tell(u"Converted '" + options.source + u"' to '" + options.destination + u"'");
+        return ExitCode::kDone;
+    }
+    if (cancelled) {
+        Tell(u"Cancelled; nothing was written.");
+        return ExitCode::kCancelled;
+    }
+    Tell(u"The conversion failed; nothing was written.");
+    return ExitCode::kFailed;
+}
+
+}  // namespace
+
+ExitCode RunConvert(const ConvertOptions& options) {
+    const std::u16string encoder = options.encoder.empty() ? EncoderFor(options.destination) : options.encoder;
+    if (const std::u16string objection = Objection(options, encoder); !objection.empty()) {
+        Tell(objection);
+        return ExitCode::kRefused;
+    }
+    platform::EndChildrenWithMe();
+    interruption::Watch();
+    Host host;
+    Transcript transcript;
+    Prepare(host, options);
+    Progress progress(platform::GetStdHandle(platform::kStdError), FileSize(options.source));
+    const bool started = QACConvertAudio(host.Handle(), AsQvChar(options.source), AsQvChar(options.destination),
+                                         AsQvChar(encoder), AsQvChar(options.settings)) == 1;
+    bool cancelled = false;
+    if (started) {
+        cancelled = Watch(host, progress, transcript, options.quiet);
+    } else {
+        // The reason is on its way through the message channel.
+        for (int poll = 0; poll < 50 && transcript.Errors().empty(); ++poll) {
+            platform::Sleep(kPollMs);
+            transcript.Gather(host);
+        }
+    }
+    return Conclude(options, transcript, cancelled);
+}
