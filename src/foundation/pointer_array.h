@@ -19,12 +19,12 @@ class XPointerArray {
     std::int32_t Count() const { return mCount; }
     std::int32_t Capacity() const { return mCapacity; }
     std::int32_t Growth() const { return mGrowth; }
-    void* At(std::int32_t index) const { return mItems[index]; }    // 0 to Count() - 1
+    void* At(std::int32_t index) const { return mItems[index]; }  // 0 to Count() - 1
 
     // An index of -1 or above Count() appends.
     void Insert(std::int32_t index, void* item);
     void Append(void* item) { Insert(-1, item); }
-    void RemoveAt(std::int32_t index);    // outside 0 to Count() - 1 nothing happens
+    void RemoveAt(std::int32_t index);  // outside 0 to Count() - 1 nothing happens
     void Swap(std::int32_t first, std::int32_t second);
     // Empties the array. The inline room is not taken up again: the next insertion allocates 32.
     void Clear();
