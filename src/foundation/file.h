@@ -1,7 +1,7 @@
 // XFile: one open file or pipe end.
 //
-// Reading and writing pass straight to the platform, unbuffered. A failure is a result, unless a caller has set
-// `mShowErrors`: then Read and Write ask the user whether to try again.
+// Reading and writing pass straight to the platform, unbuffered. A failure is a result, unless a caller has
+// set `mShowErrors`: then Read and Write ask the user whether to try again.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,8 @@ class XFile {
     XFile& operator=(const XFile&) = delete;
     ~XFile() { Close(); }
 
-    // Opens mPath for writing, empty; a path of 260 units or more goes in its long form. True when it is open.
+    // Closes what was open, and opens mPath for writing, empty; a path of 260 units or more goes in its
+    // long form. True when it is open.
     bool Create();
     // Returns the bytes read. A read cut short by the end of the file is no failure. `failed` may be null.
     std::uint32_t Read(void* buffer, std::uint32_t count, bool* failed);
@@ -29,6 +30,6 @@ class XFile {
 
     XString mPath;
     platform::Handle mHandle = platform::kInvalidHandle;
-    bool mShowErrors = false;    // Create clears it
-    bool mOwnsHandle = false;    // Create sets it
+    bool mShowErrors = false;  // Create clears it
+    bool mOwnsHandle = false;  // Create sets it
 };

@@ -6,8 +6,8 @@
 
 class XFindFile {
   public:
-    XFindFile(const XString& pattern, const XString& folder);    // "*.dll" below a folder
-    explicit XFindFile(const XString& path);                     // one entry
+    XFindFile(const XString& pattern, const XString& folder);  // "*.dll" below a folder
+    explicit XFindFile(const XString& path);                   // one entry
     XFindFile(const XFindFile&) = delete;
     XFindFile& operator=(const XFindFile&) = delete;
     ~XFindFile();
@@ -15,15 +15,18 @@ class XFindFile {
     // True while an entry was found: Name() and Data() then describe it.
     bool Next();
 
-    const XString& Name() const { return mName; }    // full path
+    const XString& Name() const { return mName; }  // full path
     const platform::FindData& Data() const { return mData; }
     bool IsFolder() const { return (mData.attributes & platform::kAttributeDirectory) != 0; }
 
     bool mFoldersOnly = false;
 
   private:
+    bool Step();
+    bool IsSteppedOver() const;
+
     XString mName;
     platform::FindData mData;
     platform::Handle mHandle = platform::kInvalidHandle;
-    XString mPattern;
+    XString mPattern;  // after the first step the folder before the names, with its separator
 };

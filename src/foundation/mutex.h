@@ -12,11 +12,11 @@ class XMutex {
     XMutex& operator=(const XMutex&) = delete;
     ~XMutex();
 
-    void Lock();    // without a time limit; the holder may lock again and unlocks as often
+    void Lock();  // without a time limit; the holder may lock again and unlocks as often
     void Unlock();
 
     platform::Handle Handle() const { return mHandle; }
-    bool IsLocked() const { return mLocked; }    // for information only
+    bool IsLocked() const { return mLocked; }  // for information only
     bool AlreadyExisted() const { return mAlreadyExisted; }
 
   private:

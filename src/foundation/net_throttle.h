@@ -3,12 +3,11 @@
 
 #include <cstdint>
 
-class XNetThrottle {
+class XNetThrottle final {
   public:
     virtual void OnStart() {}
     virtual void OnStop() {}
-    virtual bool Wait(std::uint32_t milliseconds);    // always true
-
-  protected:
-    ~XNetThrottle() = default;
+    virtual bool Wait(std::uint32_t milliseconds);  // always true; 0 returns at once
 };
+
+extern XNetThrottle gNetThrottles[2];

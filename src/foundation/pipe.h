@@ -12,12 +12,12 @@ class XPipe {
     XPipe& operator=(const XPipe&) = delete;
     ~XPipe() { Close(); }
 
-    bool Create();    // closes what was held before
-    // Gives the write end away as a handle that a child can inherit: the caller closes it. kInvalidHandle when it is
-    // gone already or on failure.
+    bool Create();  // closes what was held before
+    // Gives the write end away as a handle that a child can inherit: the caller closes it. kInvalidHandle
+    // when it is gone already or on failure; this object has lost it in every case.
     platform::Handle DetachWriteEnd();
-    // Takes all that waits, without blocking: Cursor() bytes of the result, which may be 0 and need not fill Size().
-    // *failed is set when the pipe is closed or broken; what was read before that still stands.
+    // Takes all that waits, without blocking: Cursor() bytes of the result, which may be 0 and need not fill
+    // Size(). *failed is set when the pipe is closed or broken; what was read before that still stands.
     clByteStore* ReadAvailable(bool* failed);
     void Close();
 
@@ -25,6 +25,8 @@ class XPipe {
     platform::Handle WriteHandle() const { return mWriteHandle; }
 
   private:
+    bool ReadOnce(bool* failed);
+
     XFile mReader;
     XFile mWriter;
     platform::Handle mReadHandle = platform::kInvalidHandle;

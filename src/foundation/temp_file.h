@@ -1,4 +1,4 @@
-// XTempFile: the name of a temporary file, which it owns: the file goes with the object or with its next name.
+// XTempFile: the name of a temporary file and its owner: the file goes with the object or its next name.
 #pragma once
 
 #include "foundation/wide_string.h"
@@ -10,7 +10,10 @@ class XTempFile : public XString {
     XTempFile& operator=(const XTempFile&) = delete;
     ~XTempFile();
 
-    // Takes a new name; the file then exists and is empty, unless the folder can't be written to, which shows when it
-    // is opened.
+    // Takes a new name; the file then exists and is empty, unless the folder can't be written to, which shows
+    // when it is opened.
     void Generate();
+
+  private:
+    void Remove();
 };

@@ -12,8 +12,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Removal walks by the platform's own operations (never a test's substitutes), in the long form of the path: the
-// compilers' remove_all goes astray in folders deeper than a plain path can be. Links are removed, not followed.
+// Removal walks by the platform's own operations (never a test's substitutes), in the long form of the path:
+// the compilers' remove_all goes astray in folders deeper than a plain path can be. Links are removed, not
+// followed.
 void RemoveTree(const std::u16string& path, bool isFolder);
 
 void RemoveEntries(const std::u16string& folder) {
@@ -53,7 +54,9 @@ TempFolder::TempFolder() {
     mPath.make_preferred();
 }
 
-TempFolder::~TempFolder() { RemoveTree(platform::kLongPathPrefix + mPath.u16string(), true); }
+TempFolder::~TempFolder() {
+    RemoveTree(platform::kLongPathPrefix + mPath.u16string(), true);
+}
 
 std::u16string TempFolder::operator/(std::u16string_view name) const {
     return (mPath / fs::path(name)).make_preferred().u16string();
@@ -78,9 +81,12 @@ std::string TempFolder::Read(std::u16string_view name) const {
     return bytes.str();
 }
 
-bool TempFolder::Has(std::u16string_view name) const { return fs::exists(mPath / fs::path(name)); }
+bool TempFolder::Has(std::u16string_view name) const {
+    return fs::exists(mPath / fs::path(name));
+}
 
 void TempFolder::SetReadOnly(std::u16string_view name) const {
-    fs::permissions(mPath / fs::path(name), fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
+    fs::permissions(mPath / fs::path(name),
+                    fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
                     fs::perm_options::remove);
 }
