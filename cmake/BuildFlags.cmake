@@ -23,7 +23,7 @@ target_link_libraries(qv_build_flags INTERFACE Threads::Threads)
 
 if(WIN32)
     # Only system libraries may stand in an import table: the compiler's run-times are linked in.
-    target_link_options(qv_build_flags INTERFACE -static -static-libgcc -static-libstdc++)
+    target_link_options(qv_build_flags INTERFACE -static -static-libgcc -static-libstdc++ -fstack-protector-strong)
     target_compile_definitions(qv_build_flags INTERFACE UNICODE _UNICODE _WIN32_WINNT=0x0A00 NOMINMAX WIN32_LEAN_AND_MEAN)
 else()
     target_compile_options(qv_build_flags INTERFACE -fcf-protection $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fno-gnu-unique>)

@@ -4,6 +4,7 @@
 
 #include "foundation/id_tag_list.h"
 #include "foundation/paths.h"
+#include "plugins/module_text.h"
 #include "converter/module_search.h"
 #include "converter/output_file.h"
 #include "converter/source.h"
@@ -34,10 +35,10 @@ void WriteTags(const Command& command, const std::u16string& file, const clIDTag
     clCodecQueryRec query = {};
     bool written = false;
     if (tags.Serialise(flat) && LoadDecoderFor(XString(command.destination.c_str()), module, log)) {
-        query.text = file.c_str();
+        query.text = ToQvText(file.c_str());
         query.data = flat.Data();
         query.dataSize = flat.Size();
-        written = module.Set(u"IDTags", &query) != 0;
+        written = module.Set(u"IDTags", &query);
     }
     if (!written) reporter.Information(u"No tags were written to '" + command.destination + u"'");
 }

@@ -5,6 +5,7 @@
 
 #include "converter/module_search.h"
 #include "plugins/codec_handler.h"
+#include "plugins/module_text.h"
 
 namespace {
 
@@ -24,15 +25,15 @@ bool Source::FindDecoder() { return LoadDecoderFor(XString(mFile.c_str()), mDeco
 
 bool Source::Open() {
     mRecord = {};
-    mRecord.file = mFile.c_str();
+    mRecord.file = ToQvText(mFile.c_str());
     mRecord.request = QV_OPEN_DECODING;
-    mOpen = mDecoder.Open(&mRecord) != 0;
+    mOpen = mDecoder.Open(&mRecord);
     return mOpen;
 }
 
 void Source::ReadTags(clIDTagList& tags) {
     clOpenFileRec record = {};
-    record.file = mFile.c_str();
+    record.file = ToQvText(mFile.c_str());
     record.request = QV_OPEN_TAGS;
     if (mDecoder.Open(&record) && record.tagData && record.tagDataSize > 0 && record.tagDataSize < kLargestTagData) {
         tags.Deserialise(record.tagData, record.tagDataSize);

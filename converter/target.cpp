@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "converter/module_search.h"
+#include "plugins/module_text.h"
 
 Target::Target(Reporter& reporter) : mErrors(reporter) {
     mLog.mErrorOut = mErrors.Channel();
@@ -15,11 +16,11 @@ bool Target::FindEncoder(const std::u16string& name) { return LoadEncoderNamed(X
 bool Target::Begin(const std::u16string& file, const std::u16string& settings, const std::uint8_t* format) {
     mFile = file;
     mSettings = settings;
-    mSession.file = mFile.c_str();
-    mSession.settings = mSettings.c_str();
+    mSession.file = ToQvText(mFile.c_str());
+    mSession.settings = ToQvText(mSettings.c_str());
     std::memcpy(mSession.format, format, sizeof(mSession.format));
     mSession.formatPointer = mSession.format;
-    return mEncoder.BeginConversion(&mSession) != 0;
+    return mEncoder.BeginConversion(&mSession);
 }
 
 void Target::Write(const clBlockRec& decoded) {
@@ -34,8 +35,7 @@ void Target::Write(const clBlockRec& decoded) {
 }
 
 bool Target::End() {
-    std::uint32_t reserved = 0;
-    const bool ended = mEncoder.EndConversion(&mSession, &reserved) != 0;
+    const bool ended = mEncoder.EndConversion(&mSession);
     mEncoder.Unload();
     return mErrors.Close() == 0 && ended;
 }
