@@ -1,0 +1,104 @@
+// The gates: each tests the handle and forwards to the method of the same role, arguments unchanged. All logic lies
+// behind them. Four calls are too small for a method and do their work here, between the marks of their name.
+//
+// Windows hosts see 16-bit text as wchar_t, the rooms of the library see it as char16_t on either system: In and Out
+// change the name of the type and nothing else.
+#include "interface/converter.h"
+#include "quavermill/quavermill.h"
+
+namespace {
+
+const char16_t* In(const QvChar* text) { return reinterpret_cast<const char16_t*>(text); }
+char16_t* Out(QvChar* buffer) { return reinterpret_cast<char16_t*>(buffer); }
+
+template <class... Parameters, class... Arguments>
+std::int32_t Forward(QvConverter* converter, std::int32_t (clConverter::*method)(Parameters...),
+                     Arguments... arguments) {
+    return converter ? (converter->*method)(arguments...) : QV_NOTHING;
+}
+
+template <class Work>
+std::int32_t Between(QvConverter* converter, const char* marks, Work work) {
+    if (!converter) return QV_NOTHING;
+    XTraceScope trace(converter->log, marks);
+    work(*converter);
+    return QV_DONE;
+}
+
+}  // namespace
+
+QvConverter* QACCreate() { return new QvConverter; }
+
+int32_t QACDestroy(QvConverter* converter) {
+    delete converter;
+    return QV_DONE;
+}
+
+int32_t QACGetLastError(QvConverter* converter, QvChar* buffer) {
+    return Forward(converter, &clConverter::GetLastError, Out(buffer));
+}
+
+int32_t QACGetLastInfo(QvConverter* converter, QvChar* buffer) {
+    return Forward(converter, &clConverter::GetLastInfo, Out(buffer));
+}
+
+int32_t QACAddIDTagToList(QvConverter* converter, const QvChar* name, const QvChar* value) {
+    return Forward(converter, &clConverter::IDTagsAddToList, In(name), In(value));
+}
+
+int32_t QACClearIDTagList(QvConverter* converter) {
+    return Between(converter, "clConverter::IDTagsClearList", [](clConverter& object) { object.tagList.Clear(); });
+}
+
+int32_t QACReadIDTagList(QvConverter* converter, int32_t index, QvChar* name, QvChar* value) {
+    return Forward(converter, &clConverter::IDTagsReadList, index, Out(name), Out(value));
+}
+
+int32_t QACRemoveFromIDTagList(QvConverter* converter, int32_t index) {
+    return Forward(converter, &clConverter::IDTagsRemoveFromList, index);
+}
+
+int32_t QACSetTagWriteThrough(QvConverter* converter, int32_t enabled) {
+    return Between(converter, "clConverter::SetTagWriteThrough",
+                   [=](clConverter& object) { object.tagWriteThrough = enabled; });
+}
+
+int32_t QACAddDSPToList(QvConverter* converter, const QvChar* name, const QvChar* settings) {
+    return Forward(converter, &clConverter::DSPAddToList, In(name), In(settings));
+}
+
+int32_t QACClearDSPList(QvConverter* converter) {
+    return Between(converter, "clConverter::DSPClearList", [](clConverter& object) { object.dspChain.Clear(); });
+}
+
+int32_t QACReadDSPList(QvConverter* converter, int32_t index, QvChar* name, QvChar* settings) {
+    return Forward(converter, &clConverter::DSPReadList, index, Out(name), Out(settings));
+}
+
+int32_t QACRemoveFromDSPList(QvConverter* converter, int32_t index) {
+    return Forward(converter, &clConverter::DSPRemoveFromList, index);
+}
+
+int32_t QACConvertAudio(QvConverter* converter, const QvChar* sourceFile, const QvChar* destinationFile,
+                        const QvChar* encoderName, const QvChar* settings) {
+    return Forward(converter, &clConverter::ConvertAudio, In(sourceFile), In(destinationFile), In(encoderName),
+                   In(settings));
+}
+
+int32_t QACGetProgress(QvConverter* converter, uint32_t* percent) {
+    return Forward(converter, &clConverter::GetProgress, percent);
+}
+
+int32_t QACSetPriority(QvConverter* converter, uint32_t priority) {
+    return Forward(converter, &clConverter::SetCodecPriority, priority);
+}
+
+int32_t QACSetPause(QvConverter* converter, uint8_t paused) {
+    return Forward(converter, &clConverter::SetPause, paused);
+}
+
+int32_t QACSetCancelled(QvConverter* converter) { return Forward(converter, &clConverter::SetCancelled); }
+
+int32_t QACSetCPU(QvConverter* converter, int32_t cpu) {
+    return Between(converter, "clConverter::SetCPU", [=](clConverter& object) { object.cpu = cpu; });
+}
