@@ -200,8 +200,10 @@ typedef int32_t(QV_CALL* QvEncoderEncodeBlock)(QvInstance instance, const clBloc
 
 /* ---- Effects --------------------------------------------------------------------------------------------------
  *
- * Settings: DSP_Create, DSP_ShowConfigBit, DSP_RemoveConfigBit, DSP_Destroy, as an encoder's. The other seven entries
- * must exist; they serve the converter program.
+ * Settings: DSP_Create, DSP_ShowConfigBit, DSP_RemoveConfigBit, DSP_Destroy, as an encoder's.
+ *
+ * The other seven must exist and serve the converter program only: DSP_Get, DSP_Set, DSP_BeginConversion,
+ * DSP_EndConversion, DSP_PassAudioBlock, DSP_PassNonLive, DSP_AfterConversion.
  */
 
 typedef QvInstance(QV_CALL* QvEffectCreate)(const QvLog* log);
@@ -234,6 +236,14 @@ QV_MODULE_ENTRY int32_t QV_CALL ENC_BeginConversion(QvInstance instance, clEncod
 QV_MODULE_ENTRY int32_t QV_CALL ENC_EndConversion(QvInstance instance, clEncoderSessionRec* session,
                                                   uint32_t* reserved);
 QV_MODULE_ENTRY int32_t QV_CALL ENC_EncodeBlock(QvInstance instance, const clBlockRec* block);
+#endif
+
+#ifdef QV_DSP_MODULE
+QV_MODULE_ENTRY QvInstance QV_CALL DSP_Create(const QvLog* log);
+QV_MODULE_ENTRY void QV_CALL DSP_Destroy(QvInstance instance);
+QV_MODULE_ENTRY void QV_CALL DSP_ShowConfigBit(QvInstance instance, uint64_t parent, int32_t x, int32_t y,
+                                               const QvChar* settings);
+QV_MODULE_ENTRY const QvChar* QV_CALL DSP_RemoveConfigBit(QvInstance instance, uint64_t parent);
 #endif
 
 #ifdef __cplusplus
