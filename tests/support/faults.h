@@ -1,13 +1,13 @@
 // Platform operations that a test has taken over: to fail them, to count them, to look at their arguments.
 //
 //     Faulty<platform::CreatePipe> pipes;
-//     pipes.FailCall(2);                              // the second call from here on fails, the others are real
-//     pipes.Replace([](auto... arguments) { ... });   // every call comes here
-//     pipes.Native(arguments...);                     // what the platform does
-//     pipes.Calls();                                  // how many there were
+//     pipes.FailCall(2);                             // the second call from here fails, the others are real
+//     pipes.Replace([](auto... arguments) { ... });  // every call comes here
+//     pipes.Native(arguments...);                    // what the platform does
+//     pipes.Calls();                                 // how many there were
 //
-// The real operation is back at the end of the scope. One Faulty of an operation may live at a time; calls may come
-// from any thread.
+// The real operation is back at the end of the scope. One Faulty of an operation may live at a time; calls
+// may come from any thread.
 #pragma once
 
 #include <atomic>
@@ -19,12 +19,6 @@
 #include "platform/operation.h"
 
 namespace faults {
-
-// What an operation answers when it fails, by its result type. Handles that fail with -1 are set with FailWith.
-template <class Result>
-Result Failure() {
-    if constexpr (!std::is_void_v<Result>) return Result{};
-}
 
 template <auto& operation, class Signature>
 class Substitute;
@@ -50,38 +44,38 @@ class Substitute<operation, Result(Arguments...)> {
         mFunction = std::move(function);
     }
 
-    // The `call`-th call counted from now (1 is the next) fails with `result` and last error `error`.
+    // The `call`-th call counted from now (1 is the next) fails with `result` (the zero of its type unless
+    // given) and last error `error`. Handles that fail with -1 need it given.
     template <class R = Result>
     void FailCall(int call, R result, std::uint32_t error = platform::kErrorGeneral) {
-        Fail(call, call, result, error);
+        Fail(call, call, Failing(error, result));
     }
-    template <class R = Result>
-    void FailCall(int call) {
-        Fail(call, call, Failure<R>(), platform::kErrorGeneral);
-    }
+    void FailCall(int call) { Fail(call, call, Failing(platform::kErrorGeneral)); }
     // Every call from now on fails.
     template <class R = Result>
     void FailAlways(R result, std::uint32_t error = platform::kErrorGeneral) {
-        Fail(1, -1, result, error);
+        Fail(1, -1, Failing(error, result));
     }
-    template <class R = Result>
-    void FailAlways() {
-        Fail(1, -1, Failure<R>(), platform::kErrorGeneral);
-    }
+    void FailAlways() { Fail(1, -1, Failing(platform::kErrorGeneral)); }
 
     int Calls() const { return mCalls.load(); }
     static Result Native(Arguments... arguments) { return operation.Native()(arguments...); }
 
   private:
-    template <class R>
-    void Fail(int first, int last, R result, std::uint32_t error) {
+    // Answers `result`, or the zero of its type where none is given. A failing SetLastError must not come
+    // back here.
+    static Function Failing(std::uint32_t error, auto... result) {
+        return [=](Arguments...) -> Result {
+            platform::SetLastError.Native()(error);
+            return Result(result...);
+        };
+    }
+
+    void Fail(int first, int last, Function failure) {
         std::lock_guard lock(mLock);
         mFirst = mCalls + first;
         mLast = last < 0 ? -1 : mCalls + last;
-        mFailure = [result, error](Arguments...) -> Result {
-            platform::SetLastError(error);
-            return result;
-        };
+        mFailure = std::move(failure);
     }
 
     static Result Enter(Arguments... arguments) {
@@ -91,7 +85,8 @@ class Substitute<operation, Result(Arguments...)> {
         {
             std::lock_guard lock(self->mLock);
             const int call = ++self->mCalls;
-            const bool fails = self->mFailure && call >= self->mFirst && (self->mLast < 0 || call <= self->mLast);
+            const bool fails =
+                self->mFailure && call >= self->mFirst && (self->mLast < 0 || call <= self->mLast);
             function = fails ? self->mFailure : self->mFunction;
         }
         return function ? function(arguments...) : Native(arguments...);
