@@ -1,0 +1,3 @@
+#include "modules/wave/wave_encoder.h"
+
+std::unique_ptr<clModuleEncoder> MakeEncoder(const clModuleLog& log) { return std::make_unique<clWaveEncoder>(log); }
