@@ -1,9 +1,11 @@
 # Every build leaves the product as a user installs it in <build>/tree: the library, the converter and the
 # host program side by side, the modules in their folders below. Tests and demos run that very tree.
 set(QV_TREE ${CMAKE_BINARY_DIR}/tree)
+include(${CMAKE_CURRENT_LIST_DIR}/WindowsResources.cmake)
 
-# A program or the library itself, at the top of the tree.
-function(qv_place_in_tree target)
+# A program or the library itself, at the top of the tree: qv_place_in_tree(<target> "<description>")
+function(qv_place_in_tree target description)
+    qv_windows_resources(${target} "${description}")
     set_target_properties(${target} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY ${QV_TREE} LIBRARY_OUTPUT_DIRECTORY ${QV_TREE} ARCHIVE_OUTPUT_DIRECTORY ${QV_TREE})
     install(TARGETS ${target} RUNTIME DESTINATION . LIBRARY DESTINATION . ARCHIVE DESTINATION .)
@@ -15,5 +17,6 @@ function(qv_module target folder name)
     target_link_libraries(${target} PRIVATE qv_build_flags qv_foundation)
     set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME "${name}"
         LIBRARY_OUTPUT_DIRECTORY ${QV_TREE}/${folder})
+    qv_windows_resources(${target} "${name} module for Quavermill (${folder})")
     install(TARGETS ${target} LIBRARY DESTINATION ${folder})
 endfunction()
