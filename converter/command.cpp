@@ -1,7 +1,7 @@
-// A hand-written scanner over the one order that switches may have. It never looks for a switch: it expects the next
-// one at the place it has reached, so text inside a value can't be taken for one. Where an optional switch is not
-// found, the text is tested against every switch name, and one that stands there is out of its order; only what is no
-// switch at all is settings text.
+// A hand-written scanner over the one order that switches may have. It never looks for a switch: it expects
+// the next one at the place it has reached, so text inside a value can't be taken for one. Where an optional
+// switch is not found, the text is tested against every switch name, and one that stands there is out of its
+// order; only what is no switch at all is settings text.
 #include "converter/command.h"
 
 #include <array>
@@ -117,7 +117,8 @@ void Effects(Scanner& scanner, Command& command) {
 void Settings(Scanner& scanner, Command& command) {
     scanner.Expect(u" ", u"a blank must stand before the settings");
     for (const std::u16string_view name : kSwitches) {
-        if (scanner.At(name)) scanner.Refuse(u"the switch " + std::u16string(name) + u" is out of order or comes twice");
+        if (scanner.At(name))
+            scanner.Refuse(u"the switch " + std::u16string(name) + u" is out of order or comes twice");
     }
     command.settings = scanner.Rest();
 }

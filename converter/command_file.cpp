@@ -12,8 +12,9 @@ bool TakeCommandFile(const std::u16string& name, std::u16string* text) {
     const XString path(name.c_str());
     XFile file;
     file.mOwnsHandle = true;
-    file.mHandle = platform::CreateFileW(paths::ToLongPath(path, paths::kCreateLimit).Text(), platform::kGenericRead,
-                                         platform::kShareRead, platform::kOpenExisting, platform::kAttributeNormal);
+    file.mHandle =
+        platform::CreateFileW(paths::ToLongPath(path, paths::kCreateLimit).Text(), platform::kGenericRead,
+                              platform::kShareRead, platform::kOpenExisting, platform::kAttributeNormal);
     std::int64_t bytes = 0;
     if (!file.IsOpen() || !platform::GetFileSizeEx(file.mHandle, &bytes)) return false;
     if (bytes < 0 || bytes > kLargest || bytes % 2 != 0) return false;

@@ -2,13 +2,13 @@
 
 #include <cstring>
 
-#include "foundation/id_tag_list.h"
-#include "foundation/paths.h"
-#include "plugins/module_text.h"
 #include "converter/module_search.h"
 #include "converter/output_file.h"
 #include "converter/source.h"
 #include "converter/target.h"
+#include "foundation/id_tag_list.h"
+#include "foundation/paths.h"
+#include "plugins/module_text.h"
 
 namespace {
 
@@ -23,9 +23,10 @@ void CollectTags(const Command& command, Source& source, clIDTagList& tags) {
     for (const Command::Pair& tag : command.tags) tags.Add(tag.name.c_str(), tag.value.c_str());
 }
 
-// Has the decoder module for the destination's type write the tags into the finished temporary. A type whose module
-// does not write tags makes no conversion fail: the host is told, not alarmed.
-void WriteTags(const Command& command, const std::u16string& file, const clIDTagList& tags, Reporter& reporter) {
+// Has the decoder module for the destination's type write the tags into the finished temporary. A type whose
+// module does not write tags makes no conversion fail: the host is told, not alarmed.
+void WriteTags(const Command& command, const std::u16string& file, const clIDTagList& tags,
+               Reporter& reporter) {
     if (tags.Count() == 0) return;
     XLog log;
     log.mInfoOut = reporter.InformationStream();
@@ -44,13 +45,15 @@ void WriteTags(const Command& command, const std::u16string& file, const clIDTag
 }
 
 // From the first block to the last.
-ExitCode PassBlocks(const Command& command, Source& source, Target& target, Lifeline& lifeline, Reporter& reporter) {
+ExitCode PassBlocks(const Command& command, Source& source, Target& target, Lifeline& lifeline,
+                    Reporter& reporter) {
     clBlockRec block = {};
     do {
         lifeline.Beat();
         if (lifeline.Cancelled()) return ExitCode::kCancelled;
         if (!source.NextBlock(block)) {
-            return Refuse(reporter, ExitCode::kSourceDamaged, u"The decoder gives no more audio of", command.source);
+            return Refuse(reporter, ExitCode::kSourceDamaged, u"The decoder gives no more audio of",
+                          command.source);
         }
         if (source.IsDamaged()) return ExitCode::kSourceDamaged;
         target.Write(block);
@@ -70,13 +73,15 @@ ExitCode Produce(const Command& command, const OutputFile& output, Source& sourc
     lifeline.Beat();
     if (!source.Open()) return Refuse(reporter, ExitCode::kSourceDamaged, u"Can't open", command.source);
     if (!target.Begin(output.TemporaryName(), command.settings, source.Format())) {
-        return Refuse(reporter, ExitCode::kEncoderRefused, u"The encoder refuses to write", command.destination);
+        return Refuse(reporter, ExitCode::kEncoderRefused, u"The encoder refuses to write",
+                      command.destination);
     }
     const ExitCode passed = PassBlocks(command, source, target, lifeline, reporter);
     if (passed != ExitCode::kDone) return passed;
     lifeline.Beat();
     if (!source.Close()) return ExitCode::kSourceDamaged;
-    if (!target.End()) return Refuse(reporter, ExitCode::kOutputFailed, u"Can't complete", command.destination);
+    if (!target.End())
+        return Refuse(reporter, ExitCode::kOutputFailed, u"Can't complete", command.destination);
     return ExitCode::kDone;
 }
 
@@ -91,19 +96,22 @@ ExitCode Convert(const Command& command, Lifeline& lifeline, Reporter& reporter)
     reporter.Action(u"Converting", sourceName.Text(), outputName.Text());
 
     Source source(command.source, reporter);
-    if (!source.FindDecoder()) return Refuse(reporter, ExitCode::kNoDecoder, u"No decoder reads", command.source);
+    if (!source.FindDecoder())
+        return Refuse(reporter, ExitCode::kNoDecoder, u"No decoder reads", command.source);
     clIDTagList tags;
     CollectTags(command, source, tags);
 
     OutputFile output(command.destination);
-    if (!output.Create()) return Refuse(reporter, ExitCode::kOutputFailed, u"Can't write beside", command.destination);
+    if (!output.Create())
+        return Refuse(reporter, ExitCode::kOutputFailed, u"Can't write beside", command.destination);
     const ExitCode produced = Produce(command, output, source, lifeline, reporter);
     if (produced != ExitCode::kDone) return produced;
 
     lifeline.Beat();
     WriteTags(command, output.TemporaryName(), tags, reporter);
     if (lifeline.Cancelled()) return ExitCode::kCancelled;
-    if (!output.Commit()) return Refuse(reporter, ExitCode::kOutputFailed, u"Can't replace", command.destination);
+    if (!output.Commit())
+        return Refuse(reporter, ExitCode::kOutputFailed, u"Can't replace", command.destination);
     reporter.Percent(100);
     reporter.Information(u"Conversion complete");
     return ExitCode::kDone;

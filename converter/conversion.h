@@ -2,9 +2,9 @@
 //
 //     Source (decoder) -> block -> Target (encoder) -> marked temporary -> tags -> destination
 //
-// One block is in memory at a time, so the length of a file costs nothing. Between blocks the host's wish to cancel is
-// looked at and the percentage sent. Whatever goes wrong is told to the host in words and ends in an exit code; only a
-// complete output ever carries the destination's name.
+// One block is in memory at a time, so the length of a file costs nothing. Between blocks the host's wish to
+// cancel is looked at and the percentage sent. Whatever goes wrong is told to the host in words and ends in
+// an exit code; only a complete output ever carries the destination's name.
 #pragma once
 
 #include "converter/command.h"

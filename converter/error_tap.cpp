@@ -27,7 +27,8 @@ void ErrorTap::Run() {
     std::uint32_t carried = 0;
     std::uint32_t read = 0;
     char* const bytes = reinterpret_cast<char*>(buffer.data());
-    while (platform::ReadFile(mPipe.ReadHandle(), bytes + carried, sizeof(buffer) - carried, &read) && read > 0) {
+    while (platform::ReadFile(mPipe.ReadHandle(), bytes + carried, sizeof(buffer) - carried, &read) &&
+           read > 0) {
         const std::uint32_t held = carried + read;
         text.append(buffer.data(), held / sizeof(char16_t));
         carried = held % sizeof(char16_t);

@@ -1,15 +1,16 @@
 // ErrorTap: the error channel that modules get, listened to.
 //
-// A decoder that can't read part of its file says so in its log and ends its stream like any other; an encoder may be
-// equally polite. So each error line of a module is passed on to the host and counted, and a conversion with any is
-// no success. A thread reads the channel, because a module may write more than a pipe holds within one call.
+// A decoder that can't read part of its file says so in its log and ends its stream like any other; an
+// encoder may be equally polite. So each error line of a module is passed on to the host and counted, and a
+// conversion with any is no success. A thread reads the channel, because a module may write more than a pipe
+// holds within one call.
 #pragma once
 
 #include <atomic>
 #include <thread>
 
-#include "foundation/pipe.h"
 #include "converter/reporter.h"
+#include "foundation/pipe.h"
 
 class ErrorTap {
   public:

@@ -3,13 +3,13 @@
 
 enum class ExitCode : int {
     kDone = 0,
-    kFailed = 1,             // a module reported an error, or would not go on
-    kBadCommand = 2,         // the command line or the command file can't be understood
+    kFailed = 1,      // a module reported an error, or would not go on
+    kBadCommand = 2,  // the command line or the command file can't be understood
     kCancelled = 3,
-    kNoDecoder = 4,          // no decoder opens the source
-    kEncoderRefused = 5,     // no such encoder, or it does not take the settings or the format
-    kSourceDamaged = 6,      // part of the source's audio is missing or unreadable
-    kOutputFailed = 7,       // the destination can't be written
-    kNoEvents = 8,           // the host's events are not there
-    kInternal = 9,           // out of memory, or a fault of the program itself
+    kNoDecoder = 4,       // no decoder opens the source
+    kEncoderRefused = 5,  // no such encoder, or it does not take the settings or the format
+    kSourceDamaged = 6,   // part of the source's audio is missing or unreadable
+    kOutputFailed = 7,    // the destination can't be written
+    kNoEvents = 8,        // the host's events are not there
+    kInternal = 9,        // out of memory, or a fault of the program itself
 };

@@ -11,7 +11,8 @@ constexpr std::chrono::milliseconds kPeriod(500);
 constexpr std::uint32_t kPatienceMs = 20000;
 }  // namespace
 
-bool Lifeline::Start(const std::u16string& cancelEvent, const std::u16string& watchdogEvent, std::u16string* missing) {
+bool Lifeline::Start(const std::u16string& cancelEvent, const std::u16string& watchdogEvent,
+                     std::u16string* missing) {
     mCancel = platform::OpenEventW(cancelEvent.c_str());
     mWatchdog = platform::OpenEventW(watchdogEvent.c_str());
     if (!platform::IsOpen(mCancel) || !platform::IsOpen(mWatchdog)) {
@@ -37,7 +38,9 @@ Lifeline::~Lifeline() {
     platform::CloseHandle(mWatchdog);
 }
 
-void Lifeline::Beat() { mLastBeat = platform::GetTickCount(); }
+void Lifeline::Beat() {
+    mLastBeat = platform::GetTickCount();
+}
 
 bool Lifeline::Cancelled() const {
     return platform::IsOpen(mCancel) && platform::WaitForSingleObject(mCancel, 0) == platform::kWaitObject;

@@ -1,8 +1,8 @@
 // Lifeline: the two events that tie Quavercore to its host.
 //
-// The host gives a converter up that shows no sign of life for a minute. A thread of its own therefore signals the
-// watchdog twice a second, but only while the work has come by within the last 20 seconds: a module that hangs must
-// not be kept alive by a thread that does not know of it.
+// The host gives a converter up that shows no sign of life for a minute. A thread of its own therefore
+// signals the watchdog twice a second, but only while the work has come by within the last 20 seconds: a
+// module that hangs must not be kept alive by a thread that does not know of it.
 #pragma once
 
 #include <atomic>
@@ -21,7 +21,8 @@ class Lifeline {
     ~Lifeline();
 
     // Opens both events and begins to signal. False when one is missing; *missing is then its name.
-    bool Start(const std::u16string& cancelEvent, const std::u16string& watchdogEvent, std::u16string* missing);
+    bool Start(const std::u16string& cancelEvent, const std::u16string& watchdogEvent,
+               std::u16string* missing);
 
     // The work comes by: before and after whatever may take long, and between blocks.
     void Beat();

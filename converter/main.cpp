@@ -2,8 +2,9 @@
 //
 //     Quavercore -qvcmd=COMMANDFILE
 //
-// The road through the program: the command file becomes a Command (command.h), the host's two events a Lifeline
-// (lifeline.h), and Convert (conversion.h) does the work. Text for the host goes through the Reporter (reporter.h).
+// The road through the program: the command file becomes a Command (command.h), the host's two events a
+// Lifeline (lifeline.h), and Convert (conversion.h) does the work. Text for the host goes through the
+// Reporter (reporter.h).
 #include <new>
 #include <string>
 #include <vector>
@@ -12,11 +13,11 @@
 #include "converter/command_file.h"
 #include "converter/conversion.h"
 #include "converter/exit_codes.h"
-#include "foundation/log.h"
 #include "converter/lifeline.h"
+#include "converter/reporter.h"
+#include "foundation/log.h"
 #include "platform/process.h"
 #include "platform/program.h"
-#include "converter/reporter.h"
 
 namespace {
 
@@ -31,7 +32,8 @@ std::u16string Decimal(std::size_t number) {
 void ChooseProcessor(std::int64_t processor, Reporter& reporter) {
     if (processor < 1) return;
     if (processor > 64 || !platform::SetProcessAffinityMask(std::uint64_t{1} << (processor - 1))) {
-        reporter.Information(u"Processor " + Decimal(static_cast<std::size_t>(processor)) + u" can't be chosen");
+        reporter.Information(u"Processor " + Decimal(static_cast<std::size_t>(processor)) +
+                             u" can't be chosen");
     }
 }
 

@@ -13,7 +13,8 @@ bool LoadDecoderFor(const XString& file, clQvDecoder& decoder, const XLog& log) 
     pattern += platform::kModuleExtension;
     XFindFile modules(pattern, folder);
     while (modules.Next()) {
-        if (!modules.IsFolder() && clQvCodecHandler::TryDecoderFile(modules.Name(), extension, decoder, log)) return true;
+        if (!modules.IsFolder() && clQvCodecHandler::TryDecoderFile(modules.Name(), extension, decoder, log))
+            return true;
     }
     return false;
 }

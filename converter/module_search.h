@@ -6,7 +6,8 @@
 #include "plugins/decoder_module.h"
 #include "plugins/encoder_module.h"
 
-// Loads the first decoder module that lists the extension of `file`, and makes an instance that reports to `log`.
+// Loads the first decoder module that lists the extension of `file`, and makes an instance that reports to
+// `log`.
 bool LoadDecoderFor(const XString& file, clQvDecoder& decoder, const XLog& log);
 
 // Loads the encoder module of this name, and makes an instance. A name that is a path is refused.

@@ -14,7 +14,9 @@ constexpr std::int32_t kPrefixLength = 8;
 constexpr std::int32_t kDigits = 16;
 constexpr int kAttempts = 100;
 
-std::u16string EventName(const XString& digits) { return u"qvpart-" + std::u16string(digits.Text()); }
+std::u16string EventName(const XString& digits) {
+    return u"qvpart-" + std::u16string(digits.Text());
+}
 
 // The sixteen digits of a marked file's name; empty for any other file.
 XString MarkOf(const XString& fileName) {
@@ -42,7 +44,9 @@ XString FolderOf(const std::u16string& path) {
     return folder;
 }
 
-XString LongForm(const std::u16string& path) { return paths::ToLongPath(XString(path.c_str()), paths::kOtherLimit); }
+XString LongForm(const std::u16string& path) {
+    return paths::ToLongPath(XString(path.c_str()), paths::kOtherLimit);
+}
 
 }  // namespace
 

@@ -1,10 +1,10 @@
 // OutputFile: the destination, which appears under its own name only when it is complete.
 //
-// The encoder writes a marked temporary beside the destination: ".qvpart-", sixteen digits, and the destination's own
-// extension. Commit renames it in one step over whatever stands there; without Commit it is removed and an existing
-// destination stays untouched. A killed converter can't remove its temporary, so each one is accompanied by a named
-// event of the same digits that dies with its process, and the next converter to write into that folder removes every
-// marked file whose event is gone.
+// The encoder writes a marked temporary beside the destination: ".qvpart-", sixteen digits, and the
+// destination's own extension. Commit renames it in one step over whatever stands there; without Commit it is
+// removed and an existing destination stays untouched. A killed converter can't remove its temporary, so each
+// one is accompanied by a named event of the same digits that dies with its process, and the next converter
+// to write into that folder removes every marked file whose event is gone.
 #pragma once
 
 #include <string>

@@ -4,11 +4,16 @@
 #include "platform/program.h"
 
 Reporter::Reporter()
-    : mOutput(platform::GetStdHandle(platform::kStdOutput)), mError(platform::GetStdHandle(platform::kStdError)) {}
+    : mOutput(platform::GetStdHandle(platform::kStdOutput)),
+      mError(platform::GetStdHandle(platform::kStdError)) {}
 
-void Reporter::Error(std::u16string_view text) { Line(mError, text); }
+void Reporter::Error(std::u16string_view text) {
+    Line(mError, text);
+}
 
-void Reporter::Information(std::u16string_view text) { Line(mOutput, text); }
+void Reporter::Information(std::u16string_view text) {
+    Line(mOutput, text);
+}
 
 void Reporter::Percent(int percent) {
     if (percent <= mPercent) return;
@@ -32,5 +37,6 @@ void Reporter::Line(platform::Handle stream, std::u16string_view text) {
     const std::u16string line = std::u16string(text) + u"\r\n";
     const std::lock_guard lock(mLock);
     std::uint32_t written = 0;
-    platform::WriteFile(stream, line.data(), static_cast<std::uint32_t>(line.size() * sizeof(char16_t)), &written);
+    platform::WriteFile(stream, line.data(), static_cast<std::uint32_t>(line.size() * sizeof(char16_t)),
+                        &written);
 }

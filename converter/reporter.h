@@ -1,7 +1,7 @@
 // Reporter: Quavercore's two streams, which the host reads.
 //
-// Text is UTF-16, each line ends in CR LF and goes out in one write, so that the host never sees half a message because
-// of us. A host that no longer reads is no reason to stop: failed writes are ignored.
+// Text is UTF-16, each line ends in CR LF and goes out in one write, so that the host never sees half a
+// message because of us. A host that no longer reads is no reason to stop: failed writes are ignored.
 #pragma once
 
 #include <mutex>
@@ -19,7 +19,7 @@ class Reporter {
     void Information(std::u16string_view text);
 
     // Messages for the host's progress display.
-    void Percent(int percent);    // sent when it has risen
+    void Percent(int percent);  // sent when it has risen
     void Action(std::u16string_view action, std::u16string_view input, std::u16string_view output);
 
     platform::Handle InformationStream() const { return mOutput; }

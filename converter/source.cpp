@@ -21,7 +21,9 @@ Source::Source(std::u16string file, Reporter& reporter) : mFile(std::move(file))
     mLog.mInfoOut = reporter.InformationStream();
 }
 
-bool Source::FindDecoder() { return LoadDecoderFor(XString(mFile.c_str()), mDecoder, mLog); }
+bool Source::FindDecoder() {
+    return LoadDecoderFor(XString(mFile.c_str()), mDecoder, mLog);
+}
 
 bool Source::Open() {
     mRecord = {};
@@ -35,7 +37,8 @@ void Source::ReadTags(clIDTagList& tags) {
     clOpenFileRec record = {};
     record.file = ToQvText(mFile.c_str());
     record.request = QV_OPEN_TAGS;
-    if (mDecoder.Open(&record) && record.tagData && record.tagDataSize > 0 && record.tagDataSize < kLargestTagData) {
+    if (mDecoder.Open(&record) && record.tagData && record.tagDataSize > 0 &&
+        record.tagDataSize < kLargestTagData) {
         tags.Deserialise(record.tagData, record.tagDataSize);
     }
     // An instance serves one purpose: the decoding gets a fresh one.
@@ -64,5 +67,6 @@ int Source::Percent() const {
     std::memcpy(&format, mRecord.format, sizeof(format));
     if (mRecord.lengthMs == 0 || format.nAvgBytesPerSec == 0) return 0;
     const double decodedMs = static_cast<double>(mBytes) * 1000.0 / format.nAvgBytesPerSec;
-    return std::min(99, static_cast<int>(std::min(1.0, decodedMs / static_cast<double>(mRecord.lengthMs)) * 100.0));
+    return std::min(
+        99, static_cast<int>(std::min(1.0, decodedMs / static_cast<double>(mRecord.lengthMs)) * 100.0));
 }

@@ -5,11 +5,11 @@
 #include <string>
 
 #include "converter/error_tap.h"
+#include "converter/reporter.h"
 #include "foundation/id_tag_list.h"
 #include "foundation/log.h"
 #include "plugins/decoder_module.h"
 #include "quavermill/module.h"
-#include "converter/reporter.h"
 
 class Source {
   public:
@@ -30,11 +30,11 @@ class Source {
     int Percent() const;
     // True as soon as the decoder has reported an error.
     bool IsDamaged() const { return mErrors.Lines() > 0; }
-    const std::uint8_t* Format() const { return mRecord.format; }    // 40 bytes
+    const std::uint8_t* Format() const { return mRecord.format; }  // 40 bytes
 
   private:
     const std::u16string mFile;
-    ErrorTap mErrors;    // outlives the module, which may report while it is destroyed
+    ErrorTap mErrors;  // outlives the module, which may report while it is destroyed
     XLog mLog;
     clQvDecoder mDecoder;
     clOpenFileRec mRecord = {};

@@ -11,7 +11,9 @@ Target::Target(Reporter& reporter) : mErrors(reporter) {
     mLog.mInfoOut = reporter.InformationStream();
 }
 
-bool Target::FindEncoder(const std::u16string& name) { return LoadEncoderNamed(XString(name.c_str()), mEncoder, mLog); }
+bool Target::FindEncoder(const std::u16string& name) {
+    return LoadEncoderNamed(XString(name.c_str()), mEncoder, mLog);
+}
 
 bool Target::Begin(const std::u16string& file, const std::u16string& settings, const std::uint8_t* format) {
     mFile = file;

@@ -5,10 +5,10 @@
 #include <string>
 
 #include "converter/error_tap.h"
+#include "converter/reporter.h"
 #include "foundation/log.h"
 #include "plugins/encoder_module.h"
 #include "quavermill/module.h"
-#include "converter/reporter.h"
 
 class Target {
   public:
@@ -16,7 +16,8 @@ class Target {
 
     // False when there is no encoder module of this name.
     bool FindEncoder(const std::u16string& name);
-    // Begins to write `file`. Settings and format are the encoder's to refuse; it gives its reasons to the host.
+    // Begins to write `file`. Settings and format are the encoder's to refuse; it gives its reasons to the
+    // host.
     bool Begin(const std::u16string& file, const std::u16string& settings, const std::uint8_t* format);
     void Write(const clBlockRec& decoded);
     // Completes the file and lets go of it. False when the encoder did not get all of it onto the disk.

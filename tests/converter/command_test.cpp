@@ -33,9 +33,10 @@ TEST(Command, Smallest_command_takes_every_default) {
 }
 
 TEST(Command, All_switches_in_their_order) {
-    const Command command = Parsed(kHead +
-                                   u" -processor=\"3\" -priority=\"idle\" -dspeffect1=\"Volume=-6 dB\" "
-                                   u"-dspeffect2=\"Fade=in=2\"  -noidtag -tag=\"Title=One=1\" -tag=\"=odd\" -q=5 -x");
+    const Command command =
+        Parsed(kHead +
+               u" -processor=\"3\" -priority=\"idle\" -dspeffect1=\"Volume=-6 dB\" "
+               u"-dspeffect2=\"Fade=in=2\"  -noidtag -tag=\"Title=One=1\" -tag=\"=odd\" -q=5 -x");
     EXPECT_EQ(command.processor, 3);
     EXPECT_EQ(command.priority, 2u);
     ASSERT_EQ(command.effects.size(), 2u);
@@ -69,7 +70,8 @@ TEST(Command, Processor_values) {
 }
 
 TEST(Command, Settings_may_hold_anything_but_begin_with_a_switch) {
-    for (const char16_t* settings : {u"\"quoted\"", u"text -tag=\"x=y\"", u" two blanks first", u"-bits=\"16\""}) {
+    for (const char16_t* settings :
+         {u"\"quoted\"", u"text -tag=\"x=y\"", u" two blanks first", u"-bits=\"16\""}) {
         EXPECT_EQ(Parsed(kHead + u" " + settings).settings, settings);
     }
 }
@@ -112,13 +114,15 @@ TEST(Command, Refusals_name_their_position) {
 TEST(Command, A_file_name_with_a_quote_smuggles_no_switch_in) {
     CommandError error{};
     const std::u16string text =
-        u" -infile=\"x\" -outfile=\"y\" -outfile=\"real\" -convert_to=\"Wave\" -evtquit=\"q\" -evtwatchdog=\"w\" ";
+        u" -infile=\"x\" -outfile=\"y\" -outfile=\"real\" -convert_to=\"Wave\" -evtquit=\"q\" "
+        u"-evtwatchdog=\"w\" ";
     EXPECT_FALSE(ParseCommand(text, &error).has_value());
     EXPECT_EQ(error.position, 26u);
 }
 
 TEST(Command, Every_cut_of_a_full_command_is_read_or_refused_without_a_fault) {
-    const std::u16string text = kHead + u" -processor=\"3\" -priority=\"low\" -dspeffect1=\"V=1\"  -noidtag -tag=\"a=b\" s";
+    const std::u16string text =
+        kHead + u" -processor=\"3\" -priority=\"low\" -dspeffect1=\"V=1\"  -noidtag -tag=\"a=b\" s";
     int refused = 0;
     for (std::size_t length = 0; length <= text.size(); ++length) {
         CommandError error{};

@@ -34,7 +34,8 @@ Heard Listen(const std::vector<std::string>& writes) {
         ErrorTap tap(reporter);
         for (const std::string& bytes : writes) {
             std::uint32_t written = 0;
-            platform::WriteFile(tap.Channel(), bytes.data(), static_cast<std::uint32_t>(bytes.size()), &written);
+            platform::WriteFile(tap.Channel(), bytes.data(), static_cast<std::uint32_t>(bytes.size()),
+                                &written);
         }
         heard.lines = tap.Close();
     }
@@ -61,9 +62,13 @@ TEST(ErrorTap, Nothing_written_is_no_error) {
     EXPECT_EQ(heard.text, u"");
 }
 
-TEST(ErrorTap, A_text_without_line_end_counts_too) { EXPECT_EQ(Listen({Bytes(u"cut")}).text, u"cut\r\n"); }
+TEST(ErrorTap, A_text_without_line_end_counts_too) {
+    EXPECT_EQ(Listen({Bytes(u"cut")}).text, u"cut\r\n");
+}
 
-TEST(ErrorTap, Empty_lines_are_dropped) { EXPECT_EQ(Listen({Bytes(u"\r\n\r\n")}).lines, 0); }
+TEST(ErrorTap, Empty_lines_are_dropped) {
+    EXPECT_EQ(Listen({Bytes(u"\r\n\r\n")}).lines, 0);
+}
 
 TEST(ErrorTap, A_message_cut_at_any_byte_arrives_whole) {
     const std::string message = Bytes(u"some trouble\r\n");

@@ -14,7 +14,9 @@ std::map<std::string, Program>& Programs() {
 }
 }  // namespace
 
-Registration::Registration(const char* name, Program program) { Programs()[name] = program; }
+Registration::Registration(const char* name, Program program) {
+    Programs()[name] = program;
+}
 
 int Run(const char* name, int argc, char** argv) {
     const auto found = Programs().find(name);
@@ -29,7 +31,8 @@ std::u16string CommandLine(const char* name, const std::u16string& arguments) {
     char16_t self[4096];
     platform::GetModuleFileNameW(nullptr, self, 4096);
     const std::string narrow(name);
-    std::u16string line = u"\"" + std::u16string(self) + u"\" --child=" + std::u16string(narrow.begin(), narrow.end());
+    std::u16string line =
+        u"\"" + std::u16string(self) + u"\" --child=" + std::u16string(narrow.begin(), narrow.end());
     if (!arguments.empty()) line += u" " + arguments;
     return line;
 }

@@ -1,5 +1,6 @@
-// The main of every test program. A program that found no test has tested nothing and fails. Processes that a test
-// starts are this very program again: a registered child's name as first argument runs it instead of the tests.
+// The main of every test program. A program that found no test has tested nothing and fails. Processes that a
+// test starts are this very program again: a registered child's name as first argument runs it instead of the
+// tests.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -8,7 +9,8 @@
 #include "support/child.h"
 
 int main(int argc, char** argv) {
-    if (argc > 1 && std::strncmp(argv[1], "--child=", 8) == 0) return child::Run(argv[1] + 8, argc - 2, argv + 2);
+    if (argc > 1 && std::strncmp(argv[1], "--child=", 8) == 0)
+        return child::Run(argv[1] + 8, argc - 2, argv + 2);
     testing::InitGoogleTest(&argc, argv);
     const int result = RUN_ALL_TESTS();
     const testing::UnitTest& all = *testing::UnitTest::GetInstance();

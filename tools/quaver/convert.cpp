@@ -1,5 +1,6 @@
-// The library reports in words, not in codes: what went wrong is in the error text, and 100 percent only says that the
-// run has ended. A conversion has succeeded when no error came and the converter's own closing words did.
+// The library reports in words, not in codes: what went wrong is in the error text, and 100 percent only says
+// that the run has ended. A conversion has succeeded when no error came and the converter's own closing words
+// did.
 #include "convert.h"
 
 #include <algorithm>
@@ -35,7 +36,8 @@ std::u16string LowerExtension(const std::u16string& path) {
 
 // The encoder that comes with the library for a file of this extension; empty for none.
 std::u16string EncoderFor(const std::u16string& destination) {
-    constexpr std::pair<std::u16string_view, std::u16string_view> kEncoders[] = {{u".wav", u"Wave"}, {u".wave", u"Wave"}};
+    constexpr std::pair<std::u16string_view, std::u16string_view> kEncoders[] = {{u".wav", u"Wave"},
+                                                                                 {u".wave", u"Wave"}};
     const std::u16string extension = LowerExtension(destination);
     for (const auto& [known, encoder] : kEncoders) {
         if (extension == known) return std::u16string(encoder);
@@ -77,12 +79,13 @@ void Prepare(const Host& host, const ConvertOptions& options) {
     for (const auto& [name, settings] : options.effects) {
         QACAddDSPToList(host.Handle(), AsQvChar(name), AsQvChar(settings));
     }
-    for (const auto& [name, value] : options.tags) QACAddIDTagToList(host.Handle(), AsQvChar(name), AsQvChar(value));
+    for (const auto& [name, value] : options.tags)
+        QACAddIDTagToList(host.Handle(), AsQvChar(name), AsQvChar(value));
     QACSetTagWriteThrough(host.Handle(), options.carryTags ? 1 : 0);
 }
 
-// Both texts of a run, gathered over its polls. The activity line comes again with every poll; only what is neither
-// that nor the library's own is worth a line here.
+// Both texts of a run, gathered over its polls. The activity line comes again with every poll; only what is
+// neither that nor the library's own is worth a line here.
 class Transcript {
   public:
     void Gather(Host& host) {
@@ -130,7 +133,8 @@ bool Watch(Host& host, Progress& progress, Transcript& transcript, bool quiet) {
 
 ExitCode Conclude(const ConvertOptions& options, const Transcript& transcript, bool cancelled) {
     for (const std::u16string& note : transcript.Notes()) Tell(note);
-    if (!transcript.Errors().empty()) platform::WriteConsoleText(platform::GetStdHandle(platform::kStdError), transcript.Errors().c_str());
+    if (!transcript.Errors().empty())
+        platform::WriteConsoleText(platform::GetStdHandle(platform::kStdError), transcript.Errors().c_str());
     if (transcript.Complete() && transcript.Errors().empty()) {
         if (!options.quiet) Tell(u"Converted '" + options.source + u"' to '" + options.destination + u"'");
         return ExitCode::kDone;
@@ -146,7 +150,8 @@ ExitCode Conclude(const ConvertOptions& options, const Transcript& transcript, b
 }  // namespace
 
 ExitCode RunConvert(const ConvertOptions& options) {
-    const std::u16string encoder = options.encoder.empty() ? EncoderFor(options.destination) : options.encoder;
+    const std::u16string encoder =
+        options.encoder.empty() ? EncoderFor(options.destination) : options.encoder;
     if (const std::u16string objection = Objection(options, encoder); !objection.empty()) {
         Tell(objection);
         return ExitCode::kRefused;
@@ -157,8 +162,9 @@ ExitCode RunConvert(const ConvertOptions& options) {
     Transcript transcript;
     Prepare(host, options);
     Progress progress(platform::GetStdHandle(platform::kStdError), FileSize(options.source));
-    const bool started = QACConvertAudio(host.Handle(), AsQvChar(options.source), AsQvChar(options.destination),
-                                         AsQvChar(encoder), AsQvChar(options.settings)) == 1;
+    const bool started =
+        QACConvertAudio(host.Handle(), AsQvChar(options.source), AsQvChar(options.destination),
+                        AsQvChar(encoder), AsQvChar(options.settings)) == 1;
     bool cancelled = false;
     if (started) {
         cancelled = Watch(host, progress, transcript, options.quiet);

@@ -12,11 +12,11 @@ struct ConvertOptions {
 
     std::u16string source;
     std::u16string destination;
-    std::u16string encoder;         // empty: chosen by the destination's extension
-    std::u16string settings;        // the encoder's own text
-    std::vector<Pair> effects;      // name and settings, in the order they run
-    std::vector<Pair> tags;         // name and value
-    bool carryTags = true;          // the source's tags go along
+    std::u16string encoder;     // empty: chosen by the destination's extension
+    std::u16string settings;    // the encoder's own text
+    std::vector<Pair> effects;  // name and settings, in the order they run
+    std::vector<Pair> tags;     // name and value
+    bool carryTags = true;      // the source's tags go along
     bool overwrite = false;
     bool quiet = false;
 };

@@ -3,9 +3,10 @@
 
 enum class ExitCode : int {
     kDone = 0,
-    kFailed = 1,       // the conversion did not succeed; the reason is on standard error
-    kUsage = 2,        // the command line can't be understood
-    kRefused = 3,      // nothing was begun: the destination exists, or is the source, or a name can't be passed on
-    kCancelled = 4,    // interrupted; nothing of the destination is left
-    kInternal = 5,     // out of memory, or the library could not be set up
+    kFailed = 1,  // the conversion did not succeed; the reason is on standard error
+    kUsage = 2,   // the command line can't be understood
+    kRefused =
+        3,  // nothing was begun: the destination exists, or is the source, or a name can't be passed on
+    kCancelled = 4,  // interrupted; nothing of the destination is left
+    kInternal = 5,   // out of memory, or the library could not be set up
 };

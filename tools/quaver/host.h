@@ -15,8 +15,8 @@ class Host {
 
     QvConverter* Handle() const { return mConverter; }
 
-    // What the library has to say since the last time. It copies with no bound, so the buffer is far larger than what
-    // can gather between two polls.
+    // What the library has to say since the last time. It copies with no bound, so the buffer is far larger
+    // than what can gather between two polls.
     std::u16string TakeErrors() { return Take(QACGetLastError); }
     std::u16string TakeInformation() { return Take(QACGetLastInfo); }
 
@@ -33,4 +33,6 @@ class Host {
 };
 
 // Text on its way into the library.
-inline const QvChar* AsQvChar(const std::u16string& text) { return reinterpret_cast<const QvChar*>(text.c_str()); }
+inline const QvChar* AsQvChar(const std::u16string& text) {
+    return reinterpret_cast<const QvChar*>(text.c_str());
+}

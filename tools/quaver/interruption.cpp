@@ -18,7 +18,11 @@ void OnInterruption(std::uint32_t count) {
 
 }  // namespace
 
-void Watch() { platform::SetConsoleCtrlHandler(&OnInterruption); }
-bool Raised() { return gRaised; }
+void Watch() {
+    platform::SetConsoleCtrlHandler(&OnInterruption);
+}
+bool Raised() {
+    return gRaised;
+}
 
 }  // namespace interruption

@@ -3,8 +3,8 @@
 
 namespace interruption {
 
-// From here on the first interruption only raises the flag; the second ends the program at once, and its converter
-// with it.
+// From here on the first interruption only raises the flag; the second ends the program at once, and its
+// converter with it.
 void Watch();
 bool Raised();
 

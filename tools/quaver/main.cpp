@@ -41,10 +41,13 @@ struct ConvertArguments {
 void DescribeConvert(CLI::App& convert, ConvertArguments& arguments) {
     convert.add_option("SOURCE", arguments.source, "The file to convert")->required();
     convert.add_option("DESTINATION", arguments.destination, "The file to make")->required();
-    convert.add_option("-e,--encoder", arguments.encoder, "The encoder; otherwise the destination's extension decides");
+    convert.add_option("-e,--encoder", arguments.encoder,
+                       "The encoder; otherwise the destination's extension decides");
     convert.add_option("-s,--settings", arguments.settings, "The encoder's settings text");
-    convert.add_option("--dsp", arguments.effects, "An effect as NAME=SETTINGS; may come several times")->allow_extra_args(false);
-    convert.add_option("-t,--tag", arguments.tags, "A tag as NAME=VALUE; may come several times")->allow_extra_args(false);
+    convert.add_option("--dsp", arguments.effects, "An effect as NAME=SETTINGS; may come several times")
+        ->allow_extra_args(false);
+    convert.add_option("-t,--tag", arguments.tags, "A tag as NAME=VALUE; may come several times")
+        ->allow_extra_args(false);
     convert.add_flag("--no-tags", arguments.dropTags, "Leave the source's own tags behind");
     convert.add_flag("-f,--overwrite", arguments.overwrite, "Replace an existing destination");
     convert.add_flag("-q,--quiet", arguments.quiet, "Say nothing but errors");

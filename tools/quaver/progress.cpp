@@ -9,7 +9,9 @@ namespace {
 
 constexpr std::uint32_t kWidestBar = 40;
 
-std::u16string Decimal(std::uint64_t number) { return FromUtf8(std::to_string(number)); }
+std::u16string Decimal(std::uint64_t number) {
+    return FromUtf8(std::to_string(number));
+}
 
 std::u16string Padded(std::uint64_t number, std::size_t width) {
     std::u16string text = Decimal(number);
@@ -49,7 +51,8 @@ void Progress::Clear() {
 void Progress::Redraw(std::uint32_t percent, const std::u16string& figures) {
     std::u16string line;
     if (mWidth > figures.size() + 14) {
-        const std::uint32_t room = std::min(kWidestBar, mWidth - static_cast<std::uint32_t>(figures.size()) - 4);
+        const std::uint32_t room =
+            std::min(kWidestBar, mWidth - static_cast<std::uint32_t>(figures.size()) - 4);
         const std::uint32_t filled = room * percent / 100;
         line = u"[" + std::u16string(filled, u'=') + std::u16string(room - filled, u' ') + u"] ";
     }

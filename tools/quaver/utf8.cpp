@@ -6,8 +6,12 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-bool IsHigh(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
-bool IsLow(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
+bool IsHigh(char32_t unit) {
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+bool IsLow(char32_t unit) {
+    return unit >= 0xDC00 && unit < 0xE000;
+}
 
 void AppendUtf8(std::string& text, char32_t code) {
     const auto tail = [&](int shift) { text += static_cast<char>(0x80 | ((code >> shift) & 0x3F)); };
