@@ -4,6 +4,7 @@
 class XLog;
 class XString;
 
-// Turns each double quote in `text` into the four characters "{qt}", which the converter turns back. Everything else,
-// a "{qt}" that stood there before included, stays as it is. The trace shows the call under the name `function`.
+// Turns each double quote in `text` into the four characters "{qt}", which the converter turns back.
+// Everything else, a "{qt}" that stood there before included, stays as it is. The trace shows the call under
+// the name `function`.
 void ReplaceQuotes(XString& text, const XLog& log, const char* function);
