@@ -106,6 +106,13 @@ TEST(Modules, one_finds_what_it_needs_beside_itself_and_not_in_the_current_folde
     EXPECT_TRUE(FreeLibrary(module));
 }
 
+TEST(Modules, the_names_of_what_one_needs_are_not_its_own) {
+    const ModuleHandle module = LoadLibraryW(ModulePath(u"needy", u"needy").c_str());
+    ASSERT_TRUE(module);
+    EXPECT_FALSE(GetProcAddress(module, "Needed"));
+    EXPECT_TRUE(FreeLibrary(module));
+}
+
 TEST(Modules, one_without_what_it_needs_is_refused_though_the_current_folder_has_it) {
     const TempFolder folder;
     const auto alone = folder / (std::u16string(u"needy") + kModuleExtension);
