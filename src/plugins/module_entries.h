@@ -28,7 +28,6 @@ class ModuleEntries {
     static constexpr std::size_t kDestroy = 1;
 
     QvInstance Instance() const { return mInstance; }
-    bool Has(std::size_t slot) const { return mSlots[slot] != nullptr; }
     std::array<platform::EntryPoint, count>& Slots() { return mSlots; }
 
     // Ends an instance that is there and makes a new one. True when there is one now.
