@@ -1,0 +1,65 @@
+// A child process, shared by its process handle and its thread handle.
+#pragma once
+
+#include <sys/types.h>
+
+#include <memory>
+#include <mutex>
+#include <optional>
+
+#include "platform/posix/waitable.h"
+
+namespace platform::posix {
+
+class Child {
+  public:
+    static constexpr std::uint32_t kNoCount = 0xFFFFFFFF;
+
+    explicit Child(pid_t id);
+    ~Child();  // hands a child that still runs to the service
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+
+    std::uint32_t Wait(const Deadline& deadline);
+    bool GetExitCode(std::uint32_t* exitCode);
+    bool Terminate();
+
+    // The former count, or kNoCount for a child that has ended.
+    std::uint32_t Suspend();
+    std::uint32_t Resume();
+
+    bool SetThreadPriority(std::int32_t priority);
+    bool SetPriorityClass(std::uint32_t priorityClass);
+
+  private:
+    bool HasEnded();
+    void SleepUntilEnd(const Deadline& deadline);
+    bool Apply(std::int32_t priority, std::uint32_t priorityClass);
+
+    const pid_t mId;
+    const Descriptor mEnd;  // readable once the child has ended; none where the system has no such thing
+    std::mutex mLock;       // over what follows
+    bool mEnded = false;
+    std::optional<std::uint32_t> mExitCode;  // none when the host took the child's end away
+    std::uint32_t mSuspensions = 0;
+    std::int32_t mThreadPriority;
+    std::uint32_t mPriorityClass;
+};
+
+class ChildHandle : public Waitable {
+  public:
+    explicit ChildHandle(std::shared_ptr<Child> child) : mChild(std::move(child)) {}
+    std::uint32_t Wait(const Deadline& deadline) override { return mChild->Wait(deadline); }
+    Child& Get() { return *mChild; }
+
+  private:
+    std::shared_ptr<Child> mChild;
+};
+class ProcessHandle final : public ChildHandle {
+    using ChildHandle::ChildHandle;
+};
+class ThreadHandle final : public ChildHandle {
+    using ChildHandle::ChildHandle;
+};
+
+}  // namespace platform::posix
