@@ -11,10 +11,12 @@
 //     .            begins the precision, which is 5 otherwise; a second one makes the whole result empty
 //     %            a percent sign
 //     s            16-bit text; null is nothing; width and precision are ignored
-//     d u          the argument's low 32 bits, unsigned: a negative value given to d shows as its 32-bit
-//     unsigned one i            the same bits, signed; the sign counts in the width x X          the same
-//     bits in hexadecimal f            a double by FromDouble, with the precision; the width is ignored (the
-//     end)    makes the whole result empty all others   are skipped, so that length modifiers fall away
+//     d u          the argument's low 32 bits, unsigned: d shows -1 as 4294967295
+//     i            the same bits, signed; the sign counts in the width
+//     x X          the same bits in hexadecimal
+//     f            a double by FromDouble, with the precision; the width is ignored
+//     (the end)    makes the whole result empty
+//     all others   are skipped, so that length modifiers fall away
 //
 // Whole numbers are padded to the width with zeros, never with blanks. Their precision is read and dropped.
 //

@@ -52,9 +52,10 @@ std::int32_t XString::Find(char16_t unit, std::int32_t first) const {
 }
 
 std::int32_t XString::Find(const char16_t* pattern, std::int32_t first) const {
+    first = std::max(first, 1);
     if (first >= mCount) return 0;
     const std::u16string_view text(mText, static_cast<std::size_t>(Length()));
-    const std::size_t found = text.find(pattern, static_cast<std::size_t>(std::max(first, 1) - 1));
+    const std::size_t found = text.find(pattern, static_cast<std::size_t>(first - 1));
     return found == std::u16string_view::npos ? 0 : static_cast<std::int32_t>(found) + 1;
 }
 
