@@ -1,6 +1,7 @@
 // Format records for tests.
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -32,9 +33,9 @@ inline QvFormatExtensible Extensible(std::uint32_t subFormat, std::uint16_t chan
 // A record's head with a tail of its own behind it, cbSize set.
 inline std::vector<std::uint8_t> WithTail(QvFormat head, const std::vector<std::uint8_t>& tail) {
     head.cbSize = static_cast<std::uint16_t>(tail.size());
-    std::vector<std::uint8_t> record(sizeof head);
+    std::vector<std::uint8_t> record(sizeof head + tail.size());
     std::memcpy(record.data(), &head, sizeof head);
-    record.insert(record.end(), tail.begin(), tail.end());
+    std::copy(tail.begin(), tail.end(), record.begin() + sizeof head);
     return record;
 }
 
