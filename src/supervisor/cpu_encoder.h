@@ -44,9 +44,9 @@ class CPUEncoder {
 
     // Starts the converter. Running() is 1 afterwards when it was started, else 0, and the reason is in the
     // error channel. A command file that can't be written is reported there too, and the converter is started
-    // all the same. `settings` is a piece of command as it stands. `writeThrough` false adds the switch that
-    // keeps the converter from carrying the source's tags over; `tags` are handed over either way, those with
-    // a value, in their order.
+    // all the same. `settings` is a piece of command as it stands. `tags` are handed over in their
+    // order, those with a value; `writeThrough` false adds the switch that tells the converter to carry over
+    // no tag of the source's own.
     void StartThisEncoder(const XString& source, const XString& destination, const XString& settings,
                           bool writeThrough, const clIDTagList& tags);
 
@@ -56,13 +56,12 @@ class CPUEncoder {
     // priorities.h.
     void ServiceCLI(bool wantPaused, bool wantCancel, std::uint32_t wantPriority);
 
-    std::uint32_t Running() const {
-        return running;
-    }  // 1 from a successful start to the end of the run, else 0
-    bool Finished() const { return finished != 0; }  // a run has ended, in whatever way, since Create
-    std::int32_t Percent() const {
-        return percent;
-    }  // the highest the child named in this run; may exceed 100
+    // 1 from a successful start to the end of the run, else 0.
+    std::uint32_t Running() const { return running; }
+    // A run has ended, in whatever way, since the last Create.
+    bool Finished() const { return finished != 0; }
+    // The highest number the child named in this run; it may exceed 100.
+    std::int32_t Percent() const { return percent; }
 
     // What ServiceCLI does with the bytes it takes from a stream of the child's. They are 16-bit text and
     // need be neither whole units nor whole lines, but nothing is carried from one call to the next. Any

@@ -21,6 +21,12 @@ ConverterSide::ConverterSide(int argc, char** argv)
     if (!file.empty()) mCommand = TextOf(ReadBytes(file));
 }
 
+ConverterSide::~ConverterSide() {
+    for (const auto& [name, event] : mEvents) platform::CloseHandle(event);
+    platform::CloseHandle(mCancel);
+    platform::CloseHandle(mWatchdog);
+}
+
 void ConverterSide::Say(std::u16string_view text) const {
     WriteAll(mOutput, text);
 }

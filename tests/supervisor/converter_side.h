@@ -11,6 +11,9 @@
 class ConverterSide {
   public:
     ConverterSide(int argc, char** argv);
+    ~ConverterSide();
+    ConverterSide(const ConverterSide&) = delete;
+    ConverterSide& operator=(const ConverterSide&) = delete;
 
     void Say(std::u16string_view text) const;  // on the output stream, as it stands
     void SayBytes(const void* bytes, std::size_t first,

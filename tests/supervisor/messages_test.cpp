@@ -249,7 +249,7 @@ TEST(ConverterMessages, any_stream_in_any_pieces_does_what_the_slow_twin_does) {
                                     u"\u0101\u0d0a",
                                     u"MSGTO: qMC: PCDone: 31\r\n"};
     std::mt19937 random(20);
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 150; ++round) {
         Listener listener;
         MessageTwin twin;
         std::u16string text;
