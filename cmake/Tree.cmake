@@ -3,11 +3,16 @@
 set(QV_TREE ${CMAKE_BINARY_DIR}/tree)
 include(${CMAKE_CURRENT_LIST_DIR}/WindowsResources.cmake)
 
+# All that is installed, and nothing else.
+add_custom_target(product)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION include)
+
 # A program or the library itself, at the top of the tree: qv_place_in_tree(<target> "<description>")
 function(qv_place_in_tree target description)
     qv_windows_resources(${target} "${description}")
     set_target_properties(${target} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY ${QV_TREE} LIBRARY_OUTPUT_DIRECTORY ${QV_TREE} ARCHIVE_OUTPUT_DIRECTORY ${QV_TREE})
+    add_dependencies(product ${target})
     install(TARGETS ${target} RUNTIME DESTINATION . LIBRARY DESTINATION . ARCHIVE DESTINATION .)
 endfunction()
 
@@ -18,5 +23,6 @@ function(qv_module target folder name)
     set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME "${name}"
         LIBRARY_OUTPUT_DIRECTORY ${QV_TREE}/${folder})
     qv_windows_resources(${target} "${name} module for Quavermill (${folder})")
+    add_dependencies(product ${target})
     install(TARGETS ${target} LIBRARY DESTINATION ${folder})
 endfunction()
