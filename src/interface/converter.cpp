@@ -1,8 +1,8 @@
 // Birth and death of a converter.
 //
-// Birth sets up the road of the reported text before anything can report, and starts the tick last, when nothing can
-// fail any more. Until the body has ended there is no destructor to close the log's handles, so a birth that fails
-// closes them itself.
+// Birth sets up the road of the reported text before anything can report, and starts the tick last, when
+// nothing can fail any more. Until the body has ended there is no destructor to close the log's handles, so a
+// birth that fails closes them itself.
 #include "interface/converter.h"
 
 #include "interface/module_handle.h"
@@ -24,4 +24,6 @@ clConverter::~clConverter() {
 }
 
 // The place for a licence. None is asked for.
-bool clConverter::CheckLicence() { return true; }
+bool clConverter::CheckLicence() {
+    return true;
+}

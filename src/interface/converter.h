@@ -1,13 +1,14 @@
 // clConverter: the one object behind a host's handle.
 //
-// It owns all that a request needs and lives from QACCreate to QACDestroy. Every text that the library, a module or the
-// supervisor reports goes into one of its two pipes through `log`; a timer tick, on a thread of the timer service,
-// drains the pipes into `lastError` and `lastInfo`, where the host takes it. The tick and the host share those two
-// texts, under a lock that is held for one copy, and a few atomics; everything else belongs to the host's thread.
+// It owns all that a request needs and lives from QACCreate to QACDestroy. Every text that the library, a
+// module or the supervisor reports goes into one of its two pipes through `log`; a timer tick, on a thread of
+// the timer service, drains the pipes into `lastError` and `lastInfo`, where the host takes it. The tick and
+// the host share those two texts, under a lock that is held for one copy, and a few atomics; everything else
+// belongs to the host's thread.
 //
-// Each method serves the export of the same role, named as its trace marks name it. Results are those of quavermill.h.
-// A text that comes in may be null, which is the empty text; a buffer that is null receives nothing. An exhausted
-// memory raises; the object can then still be used and destroyed.
+// Each method serves the export of the same role, named as its trace marks name it. Results are those of
+// quavermill.h. A text that comes in may be null, which is the empty text; a buffer that is null receives
+// nothing. An exhausted memory raises; the object can then still be used and destroyed.
 #pragma once
 
 #include <atomic>
@@ -46,29 +47,29 @@ class clConverter {
     std::int32_t DSPRemoveFromList(std::int32_t index);
 
     // Conversion: converter_conversion.cpp.
-    std::int32_t ConvertAudio(const char16_t* sourceFile, const char16_t* destinationFile, const char16_t* encoderName,
-                              const char16_t* settings);
+    std::int32_t ConvertAudio(const char16_t* sourceFile, const char16_t* destinationFile,
+                              const char16_t* encoderName, const char16_t* settings);
     std::int32_t GetProgress(std::uint32_t* percent);
     std::int32_t SetCodecPriority(std::uint32_t newPriority);
     std::int32_t SetPause(std::uint8_t newPaused);
     std::int32_t SetCancelled();
 
     // The members in the order of their birth; they die the other way round.
-    std::atomic<bool> timerBusy = false;    // keeps two drains apart
-    XLog log;                               // modules are given its address
+    std::atomic<bool> timerBusy = false;  // keeps two drains apart
+    XLog log;                             // modules are given its address
     clIDTagList tagList;
     CPUEncoder encoderProcess;
     std::uint32_t priority = 0;
     std::uint8_t paused = 0;
     std::uint8_t cancelled = 0;
     std::int32_t cpu = -1;
-    platform::ModuleHandle moduleHandle;    // the library's own: its folder anchors what it looks for
+    platform::ModuleHandle moduleHandle;  // the library's own: its folder anchors what it looks for
     clDSPList dspChain;
     XPipe infoPipe;
     XPipe errorPipe;
     std::int32_t tagWriteThrough = 0;
-    std::atomic<bool> encodingFinished = false;    // the end of the current run stands in lastInfo
-    std::uint32_t timerId = 0;                     // 0 when the timer service has refused
+    std::atomic<bool> encodingFinished = false;  // the end of the current run stands in lastInfo
+    std::uint32_t timerId = 0;                   // 0 when the timer service has refused
     XString lastError;
     XString lastInfo;
 
@@ -88,12 +89,12 @@ class clConverter {
     std::uint32_t Progress() const;
     XString DSPArguments();
 
-    std::mutex textGuard;    // lastError and lastInfo, between the tick and the host
-    clByteStore* undeliveredErrors = nullptr;    // in errorPipe, drained but still without memory to stand in
+    std::mutex textGuard;                      // lastError and lastInfo, between the tick and the host
+    clByteStore* undeliveredErrors = nullptr;  // in errorPipe, drained but still without memory to stand in
     clByteStore* undeliveredInfo = nullptr;
     std::atomic<std::uint64_t> drainsBegun = 0;
-    std::atomic<std::uint64_t> drainsDone = 0;        // the number of the last drain that delivered all it found
-    std::optional<std::uint64_t> drainOfLastWords;    // the first drain that begins behind the end of the run
+    std::atomic<std::uint64_t> drainsDone = 0;  // the number of the last drain that delivered all it found
+    std::optional<std::uint64_t> drainOfLastWords;  // the first drain that begins behind the end of the run
 };
 
 // What a host's handle points at.

@@ -1,10 +1,11 @@
 // A conversion as the host sees it: one call that starts it, and polls that drive it.
 //
-// The converter program is started and watched by encoderProcess, and only within the host's calls. 100 promises that
-// the run has ended and that all it said can be taken. The end is noticed in the middle of a poll which then still
-// writes the run's last words, so that a tick beside it may catch "Encoding finished" without them. The promise is
-// therefore kept by two things together: that text has been delivered, and so has everything found by a drain that
-// began behind the poll which noticed the end. It also stands against a converter that writes the text itself.
+// The converter program is started and watched by encoderProcess, and only within the host's calls. 100
+// promises that the run has ended and that all it said can be taken. The end is noticed in the middle of a
+// poll which then still writes the run's last words, so that a tick beside it may catch "Encoding finished"
+// without them. The promise is therefore kept by two things together: that text has been delivered, and so
+// has everything found by a drain that began behind the poll which noticed the end. It also stands against a
+// converter that writes the text itself.
 #include <algorithm>
 
 #include "interface/converter.h"
@@ -20,7 +21,8 @@ std::int32_t clConverter::ConvertAudio(const char16_t* sourceFile, const char16_
                                        const char16_t* encoderName, const char16_t* settings) {
     XTraceScope trace(log, "clConverter::ConvertAudio");
     XLog::Information(
-        Joined({u"Converting '", sourceFile, u"' to '", destinationFile, u"' [", encoderName, u"]"}).Text(), log);
+        Joined({u"Converting '", sourceFile, u"' to '", destinationFile, u"' [", encoderName, u"]"}).Text(),
+        log);
     encoderProcess.Create(encoderName, cpu, moduleHandle, log, DSPArguments());
     priority = 0;
     paused = 0;
@@ -34,7 +36,8 @@ std::int32_t clConverter::ConvertAudio(const char16_t* sourceFile, const char16_
     return 0;
 }
 
-// Rows without a name are passed over and take no number. Names stand as they are: only settings may hold quotes.
+// Rows without a name are passed over and take no number. Names stand as they are: only settings may hold
+// quotes.
 XString clConverter::DSPArguments() {
     XString arguments;
     std::int32_t number = 1;
@@ -45,7 +48,8 @@ XString clConverter::DSPArguments() {
         ReplaceQuotes(settings, log, "clConverter::ReplaceQuotes");
         const XString counter(number++);
         arguments.Append(
-            Joined({u"-dspeffect", counter.Text(), u"=\"", row.name.Text(), u"=", settings.Text(), u"\" "}).Text());
+            Joined({u"-dspeffect", counter.Text(), u"=\"", row.name.Text(), u"=", settings.Text(), u"\" "})
+                .Text());
     }
     return arguments;
 }

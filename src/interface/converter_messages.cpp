@@ -1,15 +1,15 @@
 // The message channel: how reported text reaches the host.
 //
-// Writers, be they the library, its modules or the supervisor, write into a pipe and need no lock. Every 10 ms a tick
-// empties both pipes and appends what came to the two texts that the host takes. A drain that found nothing allocates
-// nothing. A drain of any size goes on whole, but only as far as its first NUL: text has none, so what stands behind
-// one is no text.
+// Writers, be they the library, its modules or the supervisor, write into a pipe and need no lock. Every 10
+// ms a tick empties both pipes and appends what came to the two texts that the host takes. A drain that found
+// nothing allocates nothing. A drain of any size goes on whole, but only as far as its first NUL: text has
+// none, so what stands behind one is no text.
 //
-// Where memory is short the drained bytes stay in their pipe's buffer until a later tick has room for them, and
-// nothing is read over them meanwhile; the tick itself never fails.
+// Where memory is short the drained bytes stay in their pipe's buffer until a later tick has room for them,
+// and nothing is read over them meanwhile; the tick itself never fails.
 //
-// Where the timer service refuses, nobody would drain, and a writer into a full pipe would wait for ever. The log then
-// drains before it writes, and so does every call that takes text or waits for it.
+// Where the timer service refuses, nobody would drain, and a writer into a full pipe would wait for ever. The
+// log then drains before it writes, and so does every call that takes text or waits for it.
 #include <cstring>
 #include <new>
 #include <string>
@@ -84,9 +84,12 @@ void clConverter::CloseChannel() {
     CloseEnd(log.mInfoOut);
 }
 
-void clConverter::Tick(void* converter) { static_cast<clConverter*>(converter)->Drain(); }
+void clConverter::Tick(void* converter) {
+    static_cast<clConverter*>(converter)->Drain();
+}
 
-// Drains are numbered so that the host's thread can tell whether one that began behind a certain moment is done.
+// Drains are numbered so that the host's thread can tell whether one that began behind a certain moment is
+// done.
 void clConverter::Drain() {
     if (timerBusy.exchange(true)) return;
     const std::uint64_t number = ++drainsBegun;
@@ -101,7 +104,8 @@ void clConverter::DrainWithoutTimer() {
 }
 
 // Moves what waits in the pipe to the end of `text`. False when there was no memory for it.
-bool clConverter::Deliver(XPipe& pipe, clByteStore*& undelivered, XString& text, std::atomic<bool>* endSeen) try {
+bool clConverter::Deliver(XPipe& pipe, clByteStore*& undelivered, XString& text,
+                          std::atomic<bool>* endSeen) try {
     if (!undelivered) undelivered = TakeWaiting(pipe);
     if (!undelivered) return true;
     const std::u16string units = AsText(*undelivered);
@@ -111,7 +115,8 @@ bool clConverter::Deliver(XPipe& pipe, clByteStore*& undelivered, XString& text,
     }
     undelivered->SetCursor(0);
     undelivered = nullptr;
-    if (endSeen && std::u16string_view(units.c_str()).find(kEndOfRun) != std::u16string_view::npos) *endSeen = true;
+    if (endSeen && std::u16string_view(units.c_str()).find(kEndOfRun) != std::u16string_view::npos)
+        *endSeen = true;
     return true;
 } catch (const std::bad_alloc&) {
     return false;

@@ -3,7 +3,9 @@
 
 #include <memory>
 
-clDSPList::~clDSPList() { Clear(); }
+clDSPList::~clDSPList() {
+    Clear();
+}
 
 // The row is complete before it joins, so that a failed allocation leaves the list as it was.
 void clDSPList::Add(const char16_t* name, const char16_t* settings) {

@@ -1,15 +1,20 @@
-// The gates: each tests the handle and forwards to the method of the same role, arguments unchanged. All logic lies
-// behind them. Four calls are too small for a method and do their work here, between the marks of their name.
+// The gates: each tests the handle and forwards to the method of the same role, arguments unchanged. All
+// logic lies behind them. Four calls are too small for a method and do their work here, between the marks of
+// their name.
 //
-// Windows hosts see 16-bit text as wchar_t, the rooms of the library see it as char16_t on either system: In and Out
-// change the name of the type and nothing else.
+// Windows hosts see 16-bit text as wchar_t, the rooms of the library see it as char16_t on either system: In
+// and Out change the name of the type and nothing else.
 #include "interface/converter.h"
 #include "quavermill/quavermill.h"
 
 namespace {
 
-const char16_t* In(const QvChar* text) { return reinterpret_cast<const char16_t*>(text); }
-char16_t* Out(QvChar* buffer) { return reinterpret_cast<char16_t*>(buffer); }
+const char16_t* In(const QvChar* text) {
+    return reinterpret_cast<const char16_t*>(text);
+}
+char16_t* Out(QvChar* buffer) {
+    return reinterpret_cast<char16_t*>(buffer);
+}
 
 template <class... Parameters, class... Arguments>
 std::int32_t Forward(QvConverter* converter, std::int32_t (clConverter::*method)(Parameters...),
@@ -27,7 +32,9 @@ std::int32_t Between(QvConverter* converter, const char* marks, Work work) {
 
 }  // namespace
 
-QvConverter* QACCreate() { return new QvConverter; }
+QvConverter* QACCreate() {
+    return new QvConverter;
+}
 
 int32_t QACDestroy(QvConverter* converter) {
     delete converter;
@@ -47,7 +54,8 @@ int32_t QACAddIDTagToList(QvConverter* converter, const QvChar* name, const QvCh
 }
 
 int32_t QACClearIDTagList(QvConverter* converter) {
-    return Between(converter, "clConverter::IDTagsClearList", [](clConverter& object) { object.tagList.Clear(); });
+    return Between(converter, "clConverter::IDTagsClearList",
+                   [](clConverter& object) { object.tagList.Clear(); });
 }
 
 int32_t QACReadIDTagList(QvConverter* converter, int32_t index, QvChar* name, QvChar* value) {
@@ -68,7 +76,8 @@ int32_t QACAddDSPToList(QvConverter* converter, const QvChar* name, const QvChar
 }
 
 int32_t QACClearDSPList(QvConverter* converter) {
-    return Between(converter, "clConverter::DSPClearList", [](clConverter& object) { object.dspChain.Clear(); });
+    return Between(converter, "clConverter::DSPClearList",
+                   [](clConverter& object) { object.dspChain.Clear(); });
 }
 
 int32_t QACReadDSPList(QvConverter* converter, int32_t index, QvChar* name, QvChar* settings) {
@@ -81,8 +90,8 @@ int32_t QACRemoveFromDSPList(QvConverter* converter, int32_t index) {
 
 int32_t QACConvertAudio(QvConverter* converter, const QvChar* sourceFile, const QvChar* destinationFile,
                         const QvChar* encoderName, const QvChar* settings) {
-    return Forward(converter, &clConverter::ConvertAudio, In(sourceFile), In(destinationFile), In(encoderName),
-                   In(settings));
+    return Forward(converter, &clConverter::ConvertAudio, In(sourceFile), In(destinationFile),
+                   In(encoderName), In(settings));
 }
 
 int32_t QACGetProgress(QvConverter* converter, uint32_t* percent) {
@@ -97,7 +106,9 @@ int32_t QACSetPause(QvConverter* converter, uint8_t paused) {
     return Forward(converter, &clConverter::SetPause, paused);
 }
 
-int32_t QACSetCancelled(QvConverter* converter) { return Forward(converter, &clConverter::SetCancelled); }
+int32_t QACSetCancelled(QvConverter* converter) {
+    return Forward(converter, &clConverter::SetCancelled);
+}
 
 int32_t QACSetCPU(QvConverter* converter, int32_t cpu) {
     return Between(converter, "clConverter::SetCPU", [=](clConverter& object) { object.cpu = cpu; });

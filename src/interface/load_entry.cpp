@@ -1,6 +1,6 @@
-// What the library does when the loader has something to say: it remembers its own module handle, and with the first
-// word and the last it sets up and takes down the log that all handles share. The loader speaks with one voice at a
-// time, so nothing here is locked.
+// What the library does when the loader has something to say: it remembers its own module handle, and with
+// the first word and the last it sets up and takes down the log that all handles share. The loader speaks
+// with one voice at a time, so nothing here is locked.
 #include "foundation/log.h"
 #include "interface/module_handle.h"
 

@@ -1,7 +1,8 @@
 // How many handles and threads this process has, as far as a leak shows.
 //
-// Both systems give a new handle the lowest number that is free, so the number of a freshly made one stands higher
-// after a leak. Threads are counted where the system shows them as a folder (the kernel does, under Wine too).
+// Both systems give a new handle the lowest number that is free, so the number of a freshly made one stands
+// higher after a leak. Threads are counted where the system shows them as a folder (the kernel does, under
+// Wine too).
 #pragma once
 
 #include <cstddef>
@@ -9,7 +10,7 @@
 #include "platform/types.h"
 
 struct HandleGauge {
-    HandleGauge();    // as things are now
+    HandleGauge();  // as things are now
 
     bool operator==(const HandleGauge&) const = default;
 

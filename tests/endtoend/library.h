@@ -1,0 +1,36 @@
+// The built library, loaded at run time, and its exports by their names.
+#pragma once
+
+#include <string>
+
+#include "platform/module.h"
+#include "quavermill/quavermill.h"
+
+// Every export.  X(name)
+#define QV_EXPORTS(X)                                                                             \
+    X(QACCreate)                                                                                  \
+    X(QACDestroy) X(QACGetLastError) X(QACGetLastInfo) X(QACAddIDTagToList) X(QACClearIDTagList)  \
+        X(QACReadIDTagList) X(QACRemoveFromIDTagList) X(QACSetTagWriteThrough) X(QACAddDSPToList) \
+            X(QACClearDSPList) X(QACReadDSPList) X(QACRemoveFromDSPList) X(QACConvertAudio)       \
+                X(QACGetProgress) X(QACSetPriority) X(QACSetPause) X(QACSetCancelled) X(QACSetCPU)
+
+class Library {
+  public:
+    Library();  // from the tree
+    ~Library();
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+
+    static std::u16string File();
+    bool IsLoaded() const { return mModule != nullptr; }
+    platform::EntryPoint Entry(const char* name) const { return platform::GetProcAddress(mModule, name); }
+
+#define QV_POINTER(name) decltype(&::name) name = reinterpret_cast<decltype(&::name)>(Entry(#name));
+
+  private:
+    platform::ModuleHandle mModule = platform::LoadLibraryW(File().c_str());
+
+  public:
+    QV_EXPORTS(QV_POINTER)
+#undef QV_POINTER
+};

@@ -1,0 +1,463 @@
+// A conversion as the host drives it: what reaches the converter, and how far it is said to be.
+#include <gtest/gtest.h>
+
+#include "interface/host.h"
+#include "platform/file.h"
+#include "platform/module.h"
+#include "platform/process.h"
+#include "platform/synchronisation.h"
+#include "supervisor/owner.h"
+#include "support/allocation_faults.h"
+#include "support/handle_gauge.h"
+
+namespace {
+
+// A converter that walks hand in hand with its test.
+struct Walk {
+    Signal first, second, go, end;
+    std::u16string Arguments() const {
+        return first.As("first") + u" " + second.As("second") + u" " + go.As("go") + u" " + end.As("end");
+    }
+};
+
+// What stands between the tag of the previous switch and the settings in a command without processor.
+std::u16string Tail(const Launch& launch) {
+    const std::u16string lastFixed = u" -evtwatchdog=\"" + launch.Value(u" -evtwatchdog") + u"\"";
+    return launch.command.substr(launch.command.find(lastFixed) + lastFixed.size());
+}
+
+class Conversion : public testing::Test {
+  protected:
+    ManualTimers timers;
+    Host host;
+};
+
+}  // namespace
+
+TEST_F(Conversion, The_command_carries_the_hosts_words) {
+    const Launch launch;
+    host->cpu = 0;
+    QACConvertAudio(host.handle, In(u"a b.wav"), In(u"c d.qv"), In(u"Some Encoder"), In(u"-q \"5\""));
+    EXPECT_EQ(launch.Value(u" -infile"), u"a b.wav");
+    EXPECT_EQ(launch.Value(u" -outfile"), u"c d.qv");
+    EXPECT_EQ(launch.Value(u" -convert_to"), u"Some Encoder");
+    EXPECT_EQ(Tail(launch), u" -noidtag -q \"5\"");
+}
+
+TEST_F(Conversion, The_converter_is_looked_for_beside_the_library) {
+    const Launch launch;
+    char16_t self[4096];
+    platform::GetModuleFileNameW(nullptr, self, 4096);
+    const std::u16string_view program(self);
+    host.Convert();
+    EXPECT_EQ(
+        launch.line.substr(1, launch.line.find(u'"', 1) - 1).find(program.substr(0, program.rfind(u"qv_"))),
+        0u);
+}
+
+TEST_F(Conversion, The_processor_of_a_new_handle_is_minus_one_and_0_leaves_the_switch_out) {
+    for (const auto& [cpu, expected] :
+         {std::pair(-1, u" -processor=\"-1\" -noidtag "), std::pair(0, u" -noidtag "),
+          std::pair(3, u" -processor=\"3\" -noidtag ")}) {
+        const Launch launch;
+        if (cpu != -1) QACSetCPU(host.handle, cpu);
+        host.Convert();
+        EXPECT_EQ(Tail(launch), expected);
+    }
+}
+
+TEST_F(Conversion, Write_through_above_0_leaves_the_switch_out) {
+    host->cpu = 0;
+    for (const auto& [enabled, expected] :
+         {std::pair(0, u" -noidtag "), std::pair(1, u" "), std::pair(99, u" "), std::pair(-1, u" -noidtag "),
+          std::pair(INT32_MIN, u" -noidtag ")}) {
+        const Launch launch;
+        QACSetTagWriteThrough(host.handle, enabled);
+        host.Convert();
+        EXPECT_EQ(Tail(launch), expected) << enabled;
+    }
+}
+
+TEST_F(Conversion, Effects_are_numbered_densely_and_only_their_settings_have_quotes_replaced) {
+    host->cpu = 0;
+    for (const auto& [name, settings] : {std::pair(u"Echo", u"a=\"1\""), std::pair(u"", u"nameless"),
+                                         std::pair(u"Pan", u""), std::pair(u"Q\"uote", u"\"\"")}) {
+        host.AddEffect(name, settings);
+    }
+    const Launch launch;
+    host.Convert();
+    EXPECT_EQ(Tail(launch),
+              u" -dspeffect1=\"Echo=a={qt}1{qt}\" -dspeffect2=\"Pan=\" "
+              u"-dspeffect3=\"Q\"uote={qt}{qt}\"  -noidtag ");
+}
+
+TEST_F(Conversion, Only_effects_without_a_name_are_no_effects) {
+    host->cpu = 0;
+    host.AddEffect(u"", u"s");
+    const Launch launch;
+    host.Convert();
+    EXPECT_EQ(Tail(launch), u" -noidtag ");
+}
+
+TEST_F(Conversion, Tags_with_a_value_go_along_whatever_write_through_says) {
+    host->cpu = 0;
+    host.AddTag(u"Ti\"tle", u"a \"b\"");
+    host.AddTag(u"Empty", u"");
+    host->tagList.AddBinary(u"Cover", u"", "art", 3);
+    host.AddTag(u"", u"nameless");
+    for (const int enabled : {0, 1}) {
+        const Launch launch;
+        QACSetTagWriteThrough(host.handle, enabled);
+        host.Convert();
+        EXPECT_EQ(Tail(launch), std::u16string(enabled ? u"" : u" -noidtag") +
+                                    u" -tag=\"Ti{qt}tle=a {qt}b{qt}\" -tag=\"=nameless\" ");
+    }
+}
+
+TEST_F(Conversion, Leaves_both_lists_for_the_next_one) {
+    host->cpu = 0;
+    host.AddEffect(u"E", u"\"");
+    host.AddTag(u"T", u"\"");
+    std::u16string first;
+    for (int run = 0; run < 2; ++run) {
+        const Launch launch;
+        host.Convert();
+        if (run == 0) first = Tail(launch);
+        EXPECT_EQ(Tail(launch), first);
+    }
+    EXPECT_EQ(host->dspChain.At(0).settings.Text(), std::u16string(u"\""));
+    EXPECT_EQ(host->tagList.Count(), 1);
+}
+
+TEST_F(Conversion, Null_texts_are_empty) {
+    const Launch launch;
+    EXPECT_EQ(QACConvertAudio(host.handle, nullptr, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(launch.command.substr(0, 43), u" -infile=\"\" -outfile=\"\" -convert_to=\"\" -evt");
+    timers.Tick();
+    EXPECT_EQ(host.Info(), u"Converting '' to '' []\r\n");
+}
+
+TEST_F(Conversion, A_converter_that_can_not_be_started_is_told_with_the_reason_first) {
+    const Launch launch;
+    EXPECT_FALSE(host.Convert());
+    timers.Tick();
+    EXPECT_EQ(host.Errors(), u"Error running Quavercore\r\nError starting encoder\r\n");
+    EXPECT_EQ(host.Info(), u"Converting 'in.wav' to 'out.qv' [WAV]\r\n");
+    EXPECT_EQ(host.Progress(), 0u);
+}
+
+TEST_F(Conversion, Priority_pause_and_cancel_are_wiped_by_its_start) {
+    const Launch launch;
+    QACSetPriority(host.handle, 3);
+    QACSetPause(host.handle, 1);
+    QACSetCancelled(host.handle);
+    EXPECT_EQ(host->priority, 3u);
+    EXPECT_EQ(host->paused, 1);
+    EXPECT_EQ(host->cancelled, 1) << "stays until the next start";
+    host->encodingFinished = true;
+    host.Convert();
+    EXPECT_EQ(host->priority, 0u);
+    EXPECT_EQ(host->paused, 0);
+    EXPECT_EQ(host->cancelled, 0);
+    EXPECT_FALSE(host->encodingFinished);
+    EXPECT_EQ(Tail(launch).find(u"-priority"), std::u16string::npos);
+}
+
+TEST_F(Conversion, Progress_of_a_new_handle_is_0_also_where_the_end_of_a_run_was_written) {
+    EXPECT_EQ(host.Progress(), 0u);
+    XLog::Information(u"Encoding finished", host->log);
+    timers.Tick();
+    EXPECT_EQ(host.Progress(), 0u);
+    EXPECT_EQ(QACGetProgress(host.handle, nullptr), 1);
+}
+
+TEST_F(Conversion, Priority_takes_four_values_and_refuses_every_other_without_a_change) {
+    for (const std::uint32_t priority : {1u, 2u, 3u, 0u, 2u}) {
+        EXPECT_EQ(QACSetPriority(host.handle, priority), 1);
+        EXPECT_EQ(host->priority, priority);
+    }
+    for (const std::uint32_t priority : {4u, 100u, 0x80000000u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(QACSetPriority(host.handle, priority), 0);
+        EXPECT_EQ(host->priority, 2u);
+    }
+}
+
+TEST_F(Conversion, Progress_follows_the_converter_then_holds_at_99_until_its_last_words_are_delivered) {
+    const Walk walk;
+    const Launch launch("Worker", walk.Arguments());
+    ASSERT_TRUE(host.Convert());
+    EXPECT_EQ(host.Progress(), 0u);
+    ASSERT_TRUE(walk.first.Wait());
+    ASSERT_TRUE(host.PollUntil(37));
+    walk.go.Set();
+    ASSERT_TRUE(walk.second.Wait());
+    ASSERT_TRUE(host.PollUntil(99)) << "what the converter says beyond is not said on";
+    timers.Tick();
+    EXPECT_TRUE(host->encodingFinished) << "the converter forged the text";
+    EXPECT_EQ(host.Progress(), 99u) << "it runs";
+    EXPECT_NE(host->encoderProcess.Running(), 0u);
+    host.Info();
+    walk.end.Set();
+    ASSERT_TRUE(Eventually([&] {
+        EXPECT_EQ(host.Progress(), 99u) << "nothing has been drained since its end";
+        return host->encoderProcess.Finished();
+    }));
+    EXPECT_EQ(host.Errors(), u"");
+    timers.Tick();
+    EXPECT_EQ(host.Progress(), 100u);
+    EXPECT_EQ(host.Progress(), 100u);
+    EXPECT_EQ(host.Errors(), u"sour words\r\n");
+    const std::u16string info = host.Info();
+    EXPECT_NE(info.find(u"Encoding finished\r\n"), std::u16string::npos);
+    EXPECT_NE(info.find(u"last words\r\n"), std::u16string::npos);
+}
+
+TEST_F(Conversion, A_tick_that_is_skipped_does_not_bring_100) {
+    const Launch launch("Quiet");
+    ASSERT_TRUE(host.Convert());
+    ASSERT_TRUE(Eventually([&] {
+        const std::uint32_t percent = host.Progress();
+        EXPECT_EQ(percent, host->encoderProcess.Finished() ? 99u : 0u);
+        return host->encoderProcess.Finished();
+    }));
+    host->timerBusy = true;
+    timers.Tick();
+    EXPECT_EQ(host.Progress(), 99u);
+    host->timerBusy = false;
+    timers.Tick();
+    EXPECT_EQ(host.Progress(), 100u);
+}
+
+TEST_F(Conversion, A_tick_inside_the_poll_that_notices_the_end_does_not_bring_100_with_words_outstanding) {
+    const Launch launch("Quiet");
+    ASSERT_TRUE(host.Convert());
+    // The end is told on the information channel before the child's last output is read: tick right there.
+    Faulty<platform::WriteFile> writes;
+    bool ticked = false;
+    writes.Replace([&](platform::Handle file, const void* data, std::uint32_t count, std::uint32_t* written) {
+        const bool done = writes.Native(file, data, count, written);
+        if (file == host->log.mInfoOut &&
+            std::u16string_view(static_cast<const char16_t*>(data), count / 2) == u"Encoding finished\r\n") {
+            timers.Tick();
+            ticked = true;
+        }
+        return done;
+    });
+    ASSERT_TRUE(Eventually([&] {
+        host.Progress();
+        return host->encoderProcess.Finished();
+    }));
+    EXPECT_TRUE(ticked);
+    EXPECT_TRUE(host->encodingFinished);
+    EXPECT_EQ(host.Progress(), 99u);
+    timers.Tick();
+    EXPECT_EQ(host.Progress(), 100u);
+}
+
+TEST_F(Conversion, Any_service_call_notices_the_end) {
+    for (const int call : {0, 1, 2}) {
+        const Launch launch("Quiet");
+        ASSERT_TRUE(host.Convert());
+        ASSERT_TRUE(Eventually([&] {
+            if (call == 0) QACSetPause(host.handle, 0);
+            if (call == 1) QACSetPriority(host.handle, 0);
+            if (call == 2) QACSetCancelled(host.handle);
+            return host->encoderProcess.Finished();
+        }));
+        timers.Tick();
+        EXPECT_EQ(host.Progress(), 100u) << call;
+    }
+}
+
+TEST_F(Conversion, Cancelling_ends_it_and_the_next_one_begins_without) {
+    const Walk walk;
+    {
+        const Launch launch("Endless", walk.Arguments());
+        ASSERT_TRUE(host.Convert());
+        ASSERT_TRUE(walk.first.Wait());
+        EXPECT_EQ(QACSetCancelled(host.handle), 1);
+        ASSERT_TRUE(Eventually([&] {
+            timers.Tick();
+            return host.Progress() == 100;
+        }));
+    }
+    EXPECT_EQ(host.Errors(), u"");
+    EXPECT_EQ(host->cancelled, 1);
+    const Walk second;
+    const Launch launch("Endless", second.Arguments());
+    ASSERT_TRUE(host.Convert());
+    ASSERT_TRUE(second.first.Wait());
+    for (int poll = 0; poll < 20; ++poll) EXPECT_EQ(host.Progress(), 0u);
+    const platform::Handle cancel = platform::OpenEventW(launch.Value(u" -evtquit").c_str());
+    EXPECT_EQ(platform::WaitForSingleObject(cancel, 0), platform::kWaitTimeout);
+    platform::CloseHandle(cancel);
+    QACSetCancelled(host.handle);
+    ASSERT_TRUE(Eventually([&] {
+        timers.Tick();
+        return host.Progress() == 100;
+    }));
+}
+
+TEST_F(Conversion, Pause_and_priority_reach_the_child_at_once) {
+    Faulty<platform::SuspendThread> suspends;
+    Faulty<platform::ResumeThread> resumes;
+    Faulty<platform::SetThreadPriority> priorities;
+    std::int32_t last = 99;
+    priorities.Replace([&](platform::Handle, std::int32_t priority) {
+        last = priority;
+        return true;
+    });
+    const Walk walk;
+    const Launch launch("Endless", walk.Arguments());
+    ASSERT_TRUE(host.Convert());
+    ASSERT_TRUE(walk.first.Wait());
+    EXPECT_EQ(QACSetPause(host.handle, 200), 1);
+    EXPECT_EQ(suspends.Calls(), 1);
+    EXPECT_EQ(QACSetPause(host.handle, 1), 1);
+    EXPECT_EQ(suspends.Calls(), 1) << "held once";
+    EXPECT_EQ(resumes.Calls(), 0);
+    EXPECT_EQ(QACSetPause(host.handle, 0), 1);
+    EXPECT_EQ(resumes.Calls(), 1);
+    EXPECT_EQ(QACSetPriority(host.handle, 2), 1);
+    EXPECT_EQ(last, platform::kThreadPriorityIdle);
+    EXPECT_EQ(QACSetPriority(host.handle, 0), 1);
+    EXPECT_EQ(last, platform::kThreadPriorityNormal);
+    QACSetCPU(host.handle, 5);
+    EXPECT_EQ(host->cpu, 5);
+    QACSetCancelled(host.handle);
+    ASSERT_TRUE(Eventually([&] {
+        timers.Tick();
+        return host.Progress() == 100;
+    }));
+}
+
+TEST_F(Conversion, Nothing_advances_while_the_host_does_not_poll) {
+    const Launch launch("Quiet");
+    ASSERT_TRUE(host.Convert());
+    ASSERT_EQ(platform::WaitForSingleObject(launch.child.process, 60000), platform::kWaitObject);
+    for (int tick = 0; tick < 10; ++tick) timers.Tick();
+    EXPECT_EQ(host->encoderProcess.Running(), 1u);
+    EXPECT_FALSE(host->encodingFinished);
+    EXPECT_EQ(host.Info(), u"Converting 'in.wav' to 'out.qv' [WAV]\r\n");
+    EXPECT_EQ(host.Progress(), 99u);
+}
+
+TEST_F(Conversion, Destroying_a_handle_sends_its_converter_no_signal_and_closes_events_and_pipes) {
+    const Walk walk;
+    const Launch launch("Orphan", walk.Arguments());
+    ASSERT_TRUE(host.Convert());
+    ASSERT_TRUE(walk.first.Wait());
+    const std::u16string name = launch.Value(u" -evtquit");
+    const platform::Handle cancel = platform::OpenEventW(name.c_str());
+    ASSERT_TRUE(platform::IsOpen(cancel));
+    host.Destroy();
+    EXPECT_EQ(platform::WaitForSingleObject(cancel, 0), platform::kWaitTimeout);
+    platform::CloseHandle(cancel);
+    EXPECT_FALSE(platform::IsOpen(platform::OpenEventW(name.c_str()))) << "the handle's own is closed";
+    walk.go.Set();
+    EXPECT_TRUE(walk.second.Wait()) << "the child runs on, and its pipe has no reader";
+    walk.end.Set();
+}
+
+TEST(ConversionWithTimers, One_after_the_other_with_the_systems_own_timer) {
+    Host host;
+    for (int run = 0; run < 3; ++run) {
+        const Launch launch("Quiet");
+        ASSERT_TRUE(host.Convert());
+        ASSERT_TRUE(host.PollUntil(100));
+        const std::u16string info = host.Info();
+        EXPECT_EQ(CountOf(info, u"Encoding finished\r\n"), 1u);
+        EXPECT_EQ(host.Errors(), u"");
+    }
+}
+
+TEST(ConversionWithTimers, Reaches_100_where_the_timer_service_refuses) {
+    Faulty<platform::timeSetEvent> starts;
+    starts.FailAlways(0u);
+    Host host;
+    const Walk walk;
+    walk.go.Set();
+    walk.end.Set();
+    const Launch launch("Worker", walk.Arguments());
+    ASSERT_TRUE(host.Convert());
+    ASSERT_TRUE(host.PollUntil(100));
+    EXPECT_EQ(host.Errors(), u"sour words\r\n");
+    EXPECT_NE(host.Info().find(u"last words\r\n"), std::u16string::npos);
+}
+
+TEST_F(Conversion, The_trace_shows_its_steps) {
+    const Launch launch;
+    host.AddEffect(u"A", u"s");
+    host.AddEffect(u"", u"passed over");
+    host.AddEffect(u"B", u"");
+    Trace trace(host);
+    host.Convert();
+    EXPECT_EQ(trace.OwnLines(),
+              Enter("clConverter::ConvertAudio") +
+                  u"*** Information: Converting 'in.wav' to 'out.qv' [WAV]\r\n" +
+                  Enter("clConverter::ReplaceQuotes") + Leave("clConverter::ReplaceQuotes") +
+                  Enter("clConverter::ReplaceQuotes") + Leave("clConverter::ReplaceQuotes") +
+                  u"*** Error: Error running Quavercore\r\n*** Error: Error starting encoder\r\n" +
+                  Leave("clConverter::ConvertAudio"));
+}
+
+TEST_F(Conversion, The_trace_of_a_pause_has_two_leave_marks_and_that_of_progress_none) {
+    Trace trace(host);
+    host.Progress();
+    EXPECT_EQ(trace.Take(), u"");
+    QACSetPause(host.handle, 1);
+    EXPECT_EQ(trace.Take(), Leave("clConverter::SetPause") + Leave("clConverter::SetPause"));
+    QACSetCancelled(host.handle);
+    EXPECT_EQ(trace.Take(), Enter("clConverter::SetCancelled") + Leave("clConverter::SetCancelled"));
+    QACSetPriority(host.handle, 0);
+    QACSetPriority(host.handle, 4);
+    EXPECT_EQ(trace.Take(), Enter("clConverter::SetCodecPriority") + Leave("clConverter::SetCodecPriority") +
+                                Enter("clConverter::SetCodecPriority") +
+                                Leave("clConverter::SetCodecPriority"));
+}
+
+TEST(ConversionWithoutMemory, A_start_that_raises_leaves_a_handle_that_works_and_nothing_else) {
+    Faulty<platform::CreateProcessW> starts;
+    starts.Replace(
+        [&](char16_t*, std::uint32_t, const platform::ChildStreams& streams, platform::ChildHandles*) {
+            platform::CloseHandle.Native()(streams.output);
+            platform::CloseHandle.Native()(streams.error);
+            return false;
+        });
+    const ManualTimers timers;
+    const std::u16string longText(300, u'x');
+    const auto prepare = [&](Host& host) {
+        host.AddEffect(longText.c_str(), longText.c_str());
+        host.AddTag(longText.c_str(), longText.c_str());
+    };
+    {
+        Host warmUp;
+        prepare(warmUp);
+        warmUp.Convert(longText.c_str());
+    }
+    const HandleGauge before;
+    int raises = 0;
+    for (bool failed = true; failed;) {
+        Host host;
+        prepare(host);
+        bool raised = false;
+        {
+            AllocationFaults memory;
+            memory.FailCall(raises + 1);
+            try {
+                host.Convert(longText.c_str());
+            } catch (const std::bad_alloc&) {
+                raised = true;
+            }
+            failed = memory.HasFailed();
+        }
+        raises += failed;
+        EXPECT_LE(raised, failed);
+        EXPECT_FALSE(host.Convert());
+        timers.Tick();
+        const std::u16string errors = host.Errors();
+        EXPECT_TRUE(errors.ends_with(u"Error running Quavercore\r\nError starting encoder\r\n"));
+    }
+    EXPECT_GT(raises, 5);
+    EXPECT_EQ(HandleGauge(), before);
+}
