@@ -132,7 +132,9 @@ bool Watch(Host& host, Progress& progress, Transcript& transcript, bool quiet) {
 }
 
 ExitCode Conclude(const ConvertOptions& options, const Transcript& transcript, bool cancelled) {
-    for (const std::u16string& note : transcript.Notes()) Tell(note);
+    if (!options.quiet) {
+        for (const std::u16string& note : transcript.Notes()) Tell(note);
+    }
     if (!transcript.Errors().empty())
         platform::WriteConsoleText(platform::GetStdHandle(platform::kStdError), transcript.Errors().c_str());
     if (transcript.Complete() && transcript.Errors().empty()) {
