@@ -6,6 +6,7 @@
 #include <stddef.h>
 
 #include "quavermill/module.h"
+#include "quavermill/quavermill.h"
 
 struct AbiRow {
     const char* name;
@@ -71,7 +72,13 @@ struct AbiRow {
     VALUE(QV_OPEN_DECODING)                        \
     VALUE(QV_OPEN_PROPERTIES)                      \
     VALUE(QV_OPEN_TAGS)                            \
-    VALUE(QV_OPEN_PROPERTY_ROWS)
+    VALUE(QV_OPEN_PROPERTY_ROWS)                   \
+    VALUE(QV_DONE)                                 \
+    VALUE(QV_NOTHING)                              \
+    VALUE(QV_PRIORITY_NORMAL)                      \
+    VALUE(QV_PRIORITY_LOW)                         \
+    VALUE(QV_PRIORITY_IDLE)                        \
+    VALUE(QV_PRIORITY_HIGH)
 
 #define ABI_SIZE(type) {"sizeof " #type, sizeof(type)},
 #define ABI_FIELD(record, field) {#record "." #field, offsetof(record, field)},

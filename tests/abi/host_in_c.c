@@ -1,0 +1,58 @@
+/* The public header in C11, linked against the library as an ordinary C host links it. */
+#include "host_in_c.h"
+
+#include <quavermill/quavermill.h>
+#include <string.h>
+
+#define HOLDS(condition) \
+    if (!(condition)) return __LINE__
+
+static const QvChar kName[] = {'N', 0}, kText[] = {'T', 'x', 0};
+
+static int Lists(QvConverter* converter) {
+    QvChar name[8] = {0}, text[8] = {0};
+    HOLDS(QACAddIDTagToList(converter, kName, kText) == QV_DONE);
+    HOLDS(QACReadIDTagList(converter, 0, name, text) == QV_DONE);
+    HOLDS(memcmp(name, kName, sizeof kName) == 0 && memcmp(text, kText, sizeof kText) == 0);
+    HOLDS(QACRemoveFromIDTagList(converter, 0) == QV_DONE);
+    HOLDS(QACReadIDTagList(converter, 0, name, text) == QV_NOTHING);
+    HOLDS(QACClearIDTagList(converter) == QV_DONE);
+    HOLDS(QACSetTagWriteThrough(converter, 1) == QV_DONE);
+    HOLDS(QACAddDSPToList(converter, kText, kName) == QV_DONE);
+    HOLDS(QACReadDSPList(converter, 0, name, text) == QV_DONE);
+    HOLDS(memcmp(name, kText, sizeof kText) == 0 && memcmp(text, kName, sizeof kName) == 0);
+    HOLDS(QACRemoveFromDSPList(converter, 1) == QV_NOTHING);
+    HOLDS(QACRemoveFromDSPList(converter, 0) == QV_DONE);
+    HOLDS(QACClearDSPList(converter) == QV_DONE);
+    return 0;
+}
+
+static int Conversion(QvConverter* converter) {
+    uint32_t percent = 77;
+    HOLDS(QACSetCPU(converter, 0) == QV_DONE);
+    HOLDS(QACSetPriority(converter, QV_PRIORITY_HIGH) == QV_DONE);
+    HOLDS(QACSetPriority(converter, QV_PRIORITY_HIGH + 1) == QV_NOTHING);
+    HOLDS(QACSetPause(converter, 1) == QV_DONE);
+    HOLDS(QACSetPause(converter, 0) == QV_DONE);
+    HOLDS(QACSetCancelled(converter) == QV_DONE);
+    HOLDS(QACGetProgress(converter, &percent) == QV_DONE && percent == 0);
+    HOLDS(QACConvertAudio(NULL, kText, kText, kName, kText) == QV_NOTHING);
+    return 0;
+}
+
+static int Messages(QvConverter* converter) {
+    QvChar buffer[1024] = {'#', 0};
+    HOLDS(QACGetLastError(converter, buffer) == QV_NOTHING && buffer[0] == '#');
+    HOLDS(QACGetLastInfo(NULL, buffer) == QV_NOTHING && buffer[0] == '#');
+    return 0;
+}
+
+int HostInC(void) {
+    QvConverter* const converter = QACCreate();
+    int line = converter ? 0 : __LINE__;
+    if (line == 0) line = Lists(converter);
+    if (line == 0) line = Conversion(converter);
+    if (line == 0) line = Messages(converter);
+    HOLDS(QACDestroy(converter) == QV_DONE);
+    return line;
+}
