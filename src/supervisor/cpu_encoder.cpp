@@ -25,9 +25,11 @@ void CloseIfOpen(platform::Handle handle) {
 }  // namespace
 
 // The two events stand in until a run brings its own, so that there is something to set and to look at from
-// the start.
-CPUEncoder::CPUEncoder()
-    : cancelEvent(platform::CreateEventW(nullptr)), watchdogEvent(platform::CreateEventW(nullptr)) {}
+// the start. The object is whole before it makes them: should the second raise, the first is given back.
+CPUEncoder::CPUEncoder() : CPUEncoder(Bare()) {
+    cancelEvent = platform::CreateEventW(nullptr);
+    watchdogEvent = platform::CreateEventW(nullptr);
+}
 
 CPUEncoder::~CPUEncoder() {
     for (const platform::Handle handle : {cancelEvent, watchdogEvent, threadHandle, processHandle})

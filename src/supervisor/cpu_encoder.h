@@ -70,6 +70,9 @@ class CPUEncoder {
     void TakeText(Stream stream, const void* bytes, std::uint32_t count);
 
   private:
+    struct Bare {};
+    explicit CPUEncoder(Bare) {}  // with no event yet
+
     // Start: cpu_encoder_command.cpp, cpu_encoder_child.cpp.
     struct Command;
     void StartEncoder(const XString& source, const XString& destination, const XString& settings,
