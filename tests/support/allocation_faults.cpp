@@ -51,7 +51,9 @@ AllocationFaults::AllocationFaults() {
     gOwner = std::this_thread::get_id();
 }
 
-AllocationFaults::~AllocationFaults() { gOwner = std::thread::id(); }
+AllocationFaults::~AllocationFaults() {
+    gOwner = std::thread::id();
+}
 
 void AllocationFaults::FailCall(int call) {
     gFirst = gLast = gCalls + call;
