@@ -1,6 +1,7 @@
-// The two guesses cover nearly every file there is: newer programs write UTF-8, older ones the western Windows code
-// page. Text in the latter with any accented letter is practically never valid UTF-8 by chance, so the test of
-// validity decides. The machine's own code page has no say: a file shall read alike everywhere.
+// The two guesses cover nearly every file there is: newer programs write UTF-8, older ones the western
+// Windows code page. Text in the latter with any accented letter is practically never valid UTF-8 by chance,
+// so the test of validity decides. The machine's own code page has no say: a file shall read alike
+// everywhere.
 #include "modules/support/byte_text.h"
 
 #include <array>
@@ -16,15 +17,20 @@ constexpr std::array<char16_t, 32> kWindows1252From80 = {
 struct Lead {
     std::uint32_t bits;
     std::size_t followers;
-    std::uint32_t smallest;    // what a shorter form could have held is not valid
+    std::uint32_t smallest;  // what a shorter form could have held is not valid
 };
 
 bool ReadLead(std::uint8_t byte, Lead& lead) {
-    if (byte < 0x80) lead = {byte, 0, 0};
-    else if ((byte & 0xE0) == 0xC0) lead = {byte & 0x1Fu, 1, 0x80};
-    else if ((byte & 0xF0) == 0xE0) lead = {byte & 0x0Fu, 2, 0x800};
-    else if ((byte & 0xF8) == 0xF0) lead = {byte & 0x07u, 3, 0x10000};
-    else return false;
+    if (byte < 0x80)
+        lead = {byte, 0, 0};
+    else if ((byte & 0xE0) == 0xC0)
+        lead = {byte & 0x1Fu, 1, 0x80};
+    else if ((byte & 0xF0) == 0xE0)
+        lead = {byte & 0x0Fu, 2, 0x800};
+    else if ((byte & 0xF8) == 0xF0)
+        lead = {byte & 0x07u, 3, 0x10000};
+    else
+        return false;
     return true;
 }
 

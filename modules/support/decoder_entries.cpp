@@ -14,7 +14,9 @@ struct Instance {
     clByteStore flat;
 };
 
-Instance& At(QvInstance instance) { return *reinterpret_cast<Instance*>(instance); }
+Instance& At(QvInstance instance) {
+    return *reinterpret_cast<Instance*>(instance);
+}
 
 template <class Result, class Entry>
 Result Serve(QvInstance instance, Result failed, Entry entry) {
@@ -73,14 +75,21 @@ bool Audio(Instance& self, clOpenFileRec& record) {
 bool Dispatch(Instance& self, clOpenFileRec& record) {
     switch (record.request) {
         case QV_OPEN_DECODING:
-        case QV_OPEN_PROPERTIES: return Audio(self, record);
-        case QV_OPEN_TAGS: return Tags(self, record);
-        case QV_OPEN_PROPERTY_ROWS: return PropertyRows(self, record);
-        default: self.decoder->Log().Error(UnitsOf(record.file), u"opened for something that is not known"); return false;
+        case QV_OPEN_PROPERTIES:
+            return Audio(self, record);
+        case QV_OPEN_TAGS:
+            return Tags(self, record);
+        case QV_OPEN_PROPERTY_ROWS:
+            return PropertyRows(self, record);
+        default:
+            self.decoder->Log().Error(UnitsOf(record.file), u"opened for something that is not known");
+            return false;
     }
 }
 
-bool IsKey(const QvChar* key, const char16_t* name) { return key && XString(name) == UnitsOf(key); }
+bool IsKey(const QvChar* key, const char16_t* name) {
+    return key && XString(name) == UnitsOf(key);
+}
 
 bool HandOut(Instance& self, clBlockRec& block) {
     const clDecodedBlock decoded = self.decoder->DecodeBlock();
@@ -139,7 +148,7 @@ int32_t QV_CALL DecodeBlock(QvInstance instance, clBlockRec* block) {
     block->data = nullptr;
     block->bytes = 0;
     block->timecode = 0;
-    block->finished = 1;    // what stands if the decoder raises: the stream ends
+    block->finished = 1;  // what stands if the decoder raises: the stream ends
     Serve(instance, false, [&](Instance& self) { return HandOut(self, *block); });
     return 1;
 }

@@ -8,7 +8,9 @@
 
 namespace {
 
-clModuleEncoder& At(QvInstance instance) { return *reinterpret_cast<clModuleEncoder*>(instance); }
+clModuleEncoder& At(QvInstance instance) {
+    return *reinterpret_cast<clModuleEncoder*>(instance);
+}
 
 template <class Entry>
 int32_t Serve(QvInstance instance, Entry entry) {
@@ -32,7 +34,8 @@ bool Begin(clModuleEncoder& encoder, const clEncoderSessionRec& session) {
 
 QvInstance QV_CALL ENC_Create(const QvLog* record) {
     const clModuleLog log(record);
-    return Guarded(log, QvInstance{}, [&] { return reinterpret_cast<QvInstance>(MakeEncoder(log).release()); });
+    return Guarded(log, QvInstance{},
+                   [&] { return reinterpret_cast<QvInstance>(MakeEncoder(log).release()); });
 }
 
 void QV_CALL ENC_Destroy(QvInstance instance) {
@@ -47,11 +50,15 @@ int32_t QV_CALL ENC_Get(QvInstance instance, const QvChar* key, clCodecQueryRec*
     });
 }
 
-int32_t QV_CALL ENC_Set(QvInstance, const QvChar*, const clCodecQueryRec*) { return 0; }
+int32_t QV_CALL ENC_Set(QvInstance, const QvChar*, const clCodecQueryRec*) {
+    return 0;
+}
 
 // The encoders have no panel: their settings are texts, as each one's documentation tells.
 void QV_CALL ENC_ShowConfigBit(QvInstance, uint64_t, int32_t, int32_t, const QvChar*) {}
-const QvChar* QV_CALL ENC_RemoveConfigBit(QvInstance, uint64_t) { return nullptr; }
+const QvChar* QV_CALL ENC_RemoveConfigBit(QvInstance, uint64_t) {
+    return nullptr;
+}
 
 int32_t QV_CALL ENC_BeginConversion(QvInstance instance, clEncoderSessionRec* session) {
     return Serve(instance, [&](clModuleEncoder& encoder) { return session && Begin(encoder, *session); });
@@ -62,5 +69,7 @@ int32_t QV_CALL ENC_EndConversion(QvInstance instance, clEncoderSessionRec*, uin
 }
 
 int32_t QV_CALL ENC_EncodeBlock(QvInstance instance, const clBlockRec* block) {
-    return Serve(instance, [&](clModuleEncoder& encoder) { return block && encoder.Encode(block->data, block->bytes); });
+    return Serve(instance, [&](clModuleEncoder& encoder) {
+        return block && encoder.Encode(block->data, block->bytes);
+    });
 }

@@ -33,7 +33,7 @@ void clFileReader::Close() {
 bool clFileReader::Fail() {
     if (mError == 0) mError = platform::GetLastError();
     if (mError == 0) mError = platform::kErrorGeneral;
-    mFilePosition = UINT64_MAX;    // nobody knows: the next read seeks
+    mFilePosition = UINT64_MAX;  // nobody knows: the next read seeks
     return false;
 }
 
@@ -57,14 +57,15 @@ bool clFileReader::Fetch(std::uint64_t position, void* to, std::uint32_t count) 
 
 bool clFileReader::Read(std::uint64_t position, void* to, std::uint32_t count, std::uint32_t* got) {
     *got = 0;
+    if (position >= mSize) return true;
     if (position != mFilePosition) {
-        if (position > INT64_MAX || !platform::SetFilePointerEx(mHandle, static_cast<std::int64_t>(position)))
-            return Fail();
+        if (!platform::SetFilePointerEx(mHandle, static_cast<std::int64_t>(position))) return Fail();
         mFilePosition = position;
     }
     while (*got < count) {
         std::uint32_t piece = 0;
-        if (!platform::ReadFile(mHandle, static_cast<std::uint8_t*>(to) + *got, count - *got, &piece)) return Fail();
+        if (!platform::ReadFile(mHandle, static_cast<std::uint8_t*>(to) + *got, count - *got, &piece))
+            return Fail();
         if (piece == 0) break;
         *got += piece;
         mFilePosition += piece;

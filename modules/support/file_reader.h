@@ -1,7 +1,8 @@
 // clFileReader: a file read at any place, with 64-bit positions.
 //
-// Two ways in: Fetch for the few bytes of a header, through a window that makes a walk over neighbouring headers cost
-// one system call per window; Read for audio, straight into the caller's block. One thread at a time.
+// Two ways in: Fetch for the few bytes of a header, through a window that makes a walk over neighbouring
+// headers cost one system call per window; Read for audio, straight into the caller's block. One thread at a
+// time.
 #pragma once
 
 #include <array>
@@ -24,13 +25,13 @@ class clFileReader {
     void Close();
 
     bool IsOpen() const { return platform::IsOpen(mHandle); }
-    std::uint64_t Size() const { return mSize; }    // as it was at Open
+    std::uint64_t Size() const { return mSize; }  // as it was at Open
 
-    // All of `count` bytes, at most kWindowBytes, from `position`. False when the file ends before, or when reading
-    // failed: Error() tells the two apart.
+    // All of `count` bytes, at most kWindowBytes, from `position`. False when the file ends before, or when
+    // reading failed: Error() tells the two apart.
     bool Fetch(std::uint64_t position, void* to, std::uint32_t count);
-    // Up to `count` bytes: *got is what there was, less than `count` only at the end of the file or on failure. False
-    // on failure.
+    // Up to `count` bytes: *got is what there was, less than `count` only at the end of the file or on
+    // failure. False on failure.
     bool Read(std::uint64_t position, void* to, std::uint32_t count, std::uint32_t* got);
 
     // The platform's number of the first failure since Open; 0 for none.
@@ -42,7 +43,7 @@ class clFileReader {
 
     platform::Handle mHandle = platform::kInvalidHandle;
     std::uint64_t mSize = 0;
-    std::uint64_t mFilePosition = 0;    // of the handle: reading on needs no seek
+    std::uint64_t mFilePosition = 0;  // of the handle: reading on needs no seek
     std::uint32_t mError = 0;
     std::uint64_t mWindowPosition = 0;
     std::uint32_t mWindowFilled = 0;

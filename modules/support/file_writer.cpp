@@ -25,7 +25,7 @@ bool clFileWriter::Append(const void* data, std::uint32_t count) {
     std::uint32_t written = 0;
     if (!platform::WriteFile(mHandle, data, count, &written)) return Check(false);
     if (written == count) return true;
-    platform::SetLastError(platform::kErrorDiskFull);    // a short write that calls itself a success
+    platform::SetLastError(platform::kErrorDiskFull);  // a short write that calls itself a success
     return Check(false);
 }
 

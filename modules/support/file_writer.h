@@ -1,7 +1,7 @@
 // clFileWriter: a new file written from front to end, whose beginning can be written again.
 //
-// Blocks pass straight to the platform. The first failure sticks: every later call fails without touching the file, so
-// that a caller may look at the result once, at the end.
+// Blocks pass straight to the platform. The first failure sticks: every later call fails without touching the
+// file, so that a caller may look at the result once, at the end.
 #pragma once
 
 #include <cstdint>

@@ -22,6 +22,12 @@ std::uint8_t* PutNumber(std::uint8_t* bytes, Number number) {
     return bytes;
 }
 
-inline std::uint8_t* Put16(std::uint8_t* bytes, std::uint16_t number) { return PutNumber(bytes, number); }
-inline std::uint8_t* Put32(std::uint8_t* bytes, std::uint32_t number) { return PutNumber(bytes, number); }
-inline std::uint8_t* Put64(std::uint8_t* bytes, std::uint64_t number) { return PutNumber(bytes, number); }
+inline std::uint8_t* Put16(std::uint8_t* bytes, std::uint16_t number) {
+    return PutNumber(bytes, number);
+}
+inline std::uint8_t* Put32(std::uint8_t* bytes, std::uint32_t number) {
+    return PutNumber(bytes, number);
+}
+inline std::uint8_t* Put64(std::uint8_t* bytes, std::uint64_t number) {
+    return PutNumber(bytes, number);
+}

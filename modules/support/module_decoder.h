@@ -1,8 +1,9 @@
-// clModuleDecoder: what a decoder module of ours fills in. The nine entries themselves, their records, keys and
-// requests, and the flat form of tags are served for all of them by decoder_entries.cpp; a module links that and
-// provides MakeDecoder.
+// clModuleDecoder: what a decoder module of ours fills in. The nine entries themselves, their records, keys
+// and requests, and the flat form of tags are served for all of them by decoder_entries.cpp; a module links
+// that and provides MakeDecoder.
 //
-// A false result is a failure that has been reported to mLog. An exception is caught at the entry and reported there.
+// A false result is a failure that has been reported to mLog. An exception is caught at the entry and
+// reported there.
 #pragma once
 
 #include <cstdint>
@@ -14,19 +15,19 @@
 
 // A row of what the module reads. Both texts are constants.
 struct clFileType {
-    const char16_t* extension;    // ".wav"
+    const char16_t* extension;  // ".wav"
     const char16_t* description;
 };
 
 struct clAudioInformation {
-    QvFormatExtensible format{};    // of the blocks to come; a plain record leaves the rest 0
+    QvFormatExtensible format{};  // of the blocks to come; a plain record leaves the rest 0
     std::int32_t property = 0;
     std::uint64_t lengthMs = 0;
     std::uint64_t fileSize = 0;
 };
 
 struct clDecodedBlock {
-    const std::uint8_t* data = nullptr;    // stands until the next call
+    const std::uint8_t* data = nullptr;  // stands until the next call
     std::uint32_t bytes = 0;
     std::uint64_t timecode = 0;
     bool finished = false;
@@ -52,9 +53,10 @@ class clModuleDecoder {
 
     virtual bool OpenForDecoding(const char16_t* file, clAudioInformation& information) = 0;
     virtual void Close() = 0;
-    // The next block. A decoder that can't go on reports why and sets `finished`. With no file open it does the same.
+    // The next block. A decoder that can't go on reports why and sets `finished`. With no file open it does
+    // the same.
     virtual clDecodedBlock DecodeBlock() = 0;
-    virtual void SetPosition(std::int64_t frame) = 0;    // clamped
+    virtual void SetPosition(std::int64_t frame) = 0;  // clamped
 
     const clModuleLog& Log() const { return mLog; }
 

@@ -1,8 +1,8 @@
-// clModuleEncoder: what an encoder module of ours fills in. The nine entries and their records are served for all of
-// them by encoder_entries.cpp; a module links that and provides MakeEncoder.
+// clModuleEncoder: what an encoder module of ours fills in. The nine entries and their records are served for
+// all of them by encoder_entries.cpp; a module links that and provides MakeEncoder.
 //
-// A false result is a failure that has been reported to mLog. An exception is caught at the entry and reported there,
-// and the encoding has then failed.
+// A false result is a failure that has been reported to mLog. An exception is caught at the entry and
+// reported there, and the encoding has then failed.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ class clModuleEncoder {
     clModuleEncoder& operator=(const clModuleEncoder&) = delete;
     virtual ~clModuleEncoder() = default;
 
-    virtual const char16_t* Extension() const = 0;    // ".wav"; a constant
+    virtual const char16_t* Extension() const = 0;  // ".wav"; a constant
 
     // Opens `file`, giving up one that is still open. `settings` is never null.
     virtual bool Begin(const char16_t* file, const char16_t* settings, const QvFormatExtensible& format) = 0;

@@ -27,7 +27,9 @@ clModuleLog::clModuleLog(const QvLog* log) {
     mInfoOut = static_cast<platform::Handle>(log->infoOut);
 }
 
-void clModuleLog::Error(const char16_t* file, const char16_t* message) const { SendMessage(mErrorOut, file, message); }
+void clModuleLog::Error(const char16_t* file, const char16_t* message) const {
+    SendMessage(mErrorOut, file, message);
+}
 
 void clModuleLog::Information(const char16_t* file, const char16_t* message) const {
     SendMessage(mInfoOut, file, message);

@@ -9,7 +9,7 @@ constexpr std::uint64_t Scale(std::uint64_t value, std::uint32_t multiplier, std
     constexpr std::uint64_t kLargest = std::numeric_limits<std::uint64_t>::max();
     if (divisor == 0 || multiplier == 0) return 0;
     const std::uint64_t whole = value / divisor;
-    const std::uint64_t rest = value % divisor * multiplier / divisor;    // both factors are below 2^32
+    const std::uint64_t rest = value % divisor * multiplier / divisor;  // both factors are below 2^32
     if (whole > (kLargest - rest) / multiplier) return kLargest;
     return whole * multiplier + rest;
 }

@@ -10,15 +10,16 @@ namespace {
 constexpr std::uint32_t kHeaderBytes = 8;
 constexpr std::uint32_t kFirstChunk = 12;
 constexpr std::uint32_t kSizeElsewhere = 0xFFFFFFFF;
-constexpr std::uint32_t kSizeOfOneStreamer = 0x7FFFF000;    // what SoX writes when it can't go back
-constexpr std::uint32_t kSizes64Bytes = 24;    // three sizes; then the count and rows of a table
+constexpr std::uint32_t kSizeOfOneStreamer = 0x7FFFF000;  // what SoX writes when it can't go back
+constexpr std::uint32_t kSizes64Bytes = 24;               // three sizes; then the count and rows of a table
 constexpr std::uint32_t kRowBytes = 12;
 
 }  // namespace
 
 XString clChunkWalk::Begin() {
     std::uint8_t head[kFirstChunk];
-    if (!mFile.Fetch(0, head, sizeof head)) return mFile.Error() != 0 ? XString() : XString(u"it is no WAVE file");
+    if (!mFile.Fetch(0, head, sizeof head))
+        return mFile.Error() != 0 ? XString() : XString(u"it is no WAVE file");
     const std::uint32_t id = Get32(head);
     if (id == ChunkId("RIFX")) return u"WAVE files of the big-endian kind (RIFX) are not read";
     mIs64 = id == ChunkId("RF64") || id == ChunkId("BW64");
@@ -33,22 +34,26 @@ XString clChunkWalk::ReadSizes64() {
     std::uint8_t bytes[kHeaderBytes + kSizes64Bytes + 4];
     if (!mFile.Fetch(kFirstChunk, bytes, sizeof bytes) || Get32(bytes) != ChunkId("ds64")) return XString();
     const std::uint64_t size = Get32(bytes + 4);
-    if (size < kSizes64Bytes || size > mFile.Size() - kFirstChunk - kHeaderBytes) return u"its ds64 chunk is cut short";
+    if (size < kSizes64Bytes || size > mFile.Size() - kFirstChunk - kHeaderBytes)
+        return u"its ds64 chunk is cut short";
     mHasSizes64 = true;
     mWholeSize = Get64(bytes + kHeaderBytes);
     mDataSize64 = Get64(bytes + kHeaderBytes + 8);
     if (size < kSizes64Bytes + 4) return XString();
-    const std::uint64_t rows = std::min<std::uint64_t>({Get32(bytes + kHeaderBytes + kSizes64Bytes),
-                                                        (size - kSizes64Bytes - 4) / kRowBytes, mLarge.size()});
+    const std::uint64_t rows = std::min<std::uint64_t>(
+        {Get32(bytes + kHeaderBytes + kSizes64Bytes), (size - kSizes64Bytes - 4) / kRowBytes, mLarge.size()});
     for (; mLargeCount < rows; ++mLargeCount) {
         std::uint8_t row[kRowBytes];
-        if (!mFile.Fetch(kFirstChunk + sizeof bytes + std::uint64_t{mLargeCount} * kRowBytes, row, sizeof row)) break;
+        if (!mFile.Fetch(kFirstChunk + sizeof bytes + std::uint64_t{mLargeCount} * kRowBytes, row,
+                         sizeof row))
+            break;
         mLarge[mLargeCount] = {Get32(row), Get64(row + 4)};
     }
     return XString();
 }
 
-// True when whoever wrote the file never came back to fill in its sizes, judged by the whole ending before `position`.
+// True when whoever wrote the file never came back to fill in its sizes, judged by the whole ending before
+// `position`.
 bool clChunkWalk::WasStreamed(std::uint64_t position) const {
     return mWholeSize == kSizeElsewhere || mWholeSize <= position - kHeaderBytes;
 }
@@ -57,7 +62,8 @@ std::uint64_t clChunkWalk::SizeOf(std::uint32_t id, std::uint32_t size, bool& is
     isOpen = false;
     if (mHasSizes64 && size == kSizeElsewhere) {
         const auto* end = mLarge.data() + mLargeCount;
-        const auto* found = std::find_if(mLarge.data(), end, [id](const LargeChunk& row) { return row.id == id; });
+        const auto* found =
+            std::find_if(mLarge.data(), end, [id](const LargeChunk& row) { return row.id == id; });
         if (id == ChunkId("data")) return mDataSize64;
         if (found != end) return found->size;
     }

@@ -1,8 +1,9 @@
 // clChunkWalk: the chunks of a RIFF file, one header after the other.
 //
-// A chunk is a name of four letters, a 32-bit size and so many bytes, padded to an even count. RF64 and BW64 files
-// are the same with sizes of 64 bits for those chunks that need them, which stand in a ds64 chunk at the front.
-// Contents are skipped unread. The size of the whole that the file begins with binds nobody: it is often wrong.
+// A chunk is a name of four letters, a 32-bit size and so many bytes, padded to an even count. RF64 and BW64
+// files are the same with sizes of 64 bits for those chunks that need them, which stand in a ds64 chunk at
+// the front. Contents are skipped unread. The size of the whole that the file begins with binds nobody: it is
+// often wrong.
 #pragma once
 
 #include <array>
@@ -20,10 +21,10 @@ consteval std::uint32_t ChunkId(const char (&name)[5]) {
 
 struct clChunk {
     std::uint32_t id = 0;
-    std::uint64_t position = 0;     // of its first byte behind the header
-    std::uint64_t claimed = 0;      // bytes, as the headers have it
-    std::uint64_t available = 0;    // of these in the file
-    bool isOpen = false;            // its size was never filled in
+    std::uint64_t position = 0;   // of its first byte behind the header
+    std::uint64_t claimed = 0;    // bytes, as the headers have it
+    std::uint64_t available = 0;  // of these in the file
+    bool isOpen = false;          // its size was never filled in
 };
 
 class clChunkWalk {
@@ -55,9 +56,9 @@ class clChunkWalk {
     std::uint64_t mNext = 0;
     std::uint32_t mWalked = 0;
     bool mIs64 = false;
-    std::uint64_t mWholeSize = 0;         // as claimed, from byte 8 on
+    std::uint64_t mWholeSize = 0;  // as claimed, from byte 8 on
     bool mHasSizes64 = false;
     std::uint64_t mDataSize64 = 0;
-    std::array<LargeChunk, 16> mLarge{};    // others of 4 GiB and more: hardly ever one
+    std::array<LargeChunk, 16> mLarge{};  // others of 4 GiB and more: hardly ever one
     std::uint32_t mLargeCount = 0;
 };

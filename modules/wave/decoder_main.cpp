@@ -1,3 +1,5 @@
 #include "modules/wave/wave_decoder.h"
 
-std::unique_ptr<clModuleDecoder> MakeDecoder(const clModuleLog& log) { return std::make_unique<clWaveDecoder>(log); }
+std::unique_ptr<clModuleDecoder> MakeDecoder(const clModuleLog& log) {
+    return std::make_unique<clWaveDecoder>(log);
+}

@@ -1,3 +1,5 @@
 #include "modules/wave/wave_encoder.h"
 
-std::unique_ptr<clModuleEncoder> MakeEncoder(const clModuleLog& log) { return std::make_unique<clWaveEncoder>(log); }
+std::unique_ptr<clModuleEncoder> MakeEncoder(const clModuleLog& log) {
+    return std::make_unique<clWaveEncoder>(log);
+}

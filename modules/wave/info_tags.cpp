@@ -1,6 +1,6 @@
-// A LIST chunk holds a list type and then chunks of its own. One that is damaged yields what stands before the damage.
-// A list is read whole, up to a size that no honest one reaches: its text can then not make the tags that go out
-// larger than the library takes.
+// A LIST chunk holds a list type and then chunks of its own. One that is damaged yields what stands before
+// the damage. A list is read whole, up to a size that no honest one reaches: its text can then not make the
+// tags that go out larger than the library takes.
 #include "modules/wave/info_tags.h"
 
 #include <algorithm>
@@ -21,11 +21,11 @@ struct Field {
 };
 
 constexpr Field kFields[] = {
-    {ChunkId("INAM"), u"Title"},      {ChunkId("IART"), u"Artist"},      {ChunkId("IPRD"), u"Album"},
-    {ChunkId("ICRD"), u"Date"},       {ChunkId("IGNR"), u"Genre"},       {ChunkId("ITRK"), u"TrackNumber"},
-    {ChunkId("IPRT"), u"TrackNumber"}, {ChunkId("ICMT"), u"Comment"},    {ChunkId("IMUS"), u"Composer"},
-    {ChunkId("ICOP"), u"Copyright"},  {ChunkId("IENG"), u"Engineer"},    {ChunkId("ISBJ"), u"Subject"},
-    {ChunkId("IKEY"), u"Keywords"},   {ChunkId("ILNG"), u"Language"},    {ChunkId("ISFT"), u"EncodedBy"},
+    {ChunkId("INAM"), u"Title"},       {ChunkId("IART"), u"Artist"},   {ChunkId("IPRD"), u"Album"},
+    {ChunkId("ICRD"), u"Date"},        {ChunkId("IGNR"), u"Genre"},    {ChunkId("ITRK"), u"TrackNumber"},
+    {ChunkId("IPRT"), u"TrackNumber"}, {ChunkId("ICMT"), u"Comment"},  {ChunkId("IMUS"), u"Composer"},
+    {ChunkId("ICOP"), u"Copyright"},   {ChunkId("IENG"), u"Engineer"}, {ChunkId("ISBJ"), u"Subject"},
+    {ChunkId("IKEY"), u"Keywords"},    {ChunkId("ILNG"), u"Language"}, {ChunkId("ISFT"), u"EncodedBy"},
 };
 
 bool HasRow(const clIDTagList& tags, const char16_t* name) {
@@ -62,7 +62,8 @@ bool ReadInfoTags(clFileReader& file, clIDTagList& tags) {
         if (chunk.id != ChunkId("LIST") || chunk.available < sizeof type) continue;
         if (!file.Fetch(chunk.position, type, sizeof type)) break;
         if (Get32(type) != ChunkId("INFO")) continue;
-        std::vector<std::uint8_t> list(static_cast<std::size_t>(std::min<std::uint64_t>(chunk.available, budget)));
+        std::vector<std::uint8_t> list(
+            static_cast<std::size_t>(std::min<std::uint64_t>(chunk.available, budget)));
         std::uint32_t got = 0;
         if (!file.Read(chunk.position, list.data(), static_cast<std::uint32_t>(list.size()), &got)) break;
         list.resize(got);

@@ -4,7 +4,9 @@
 
 namespace {
 
-XString Number(std::uint64_t number) { return XString::FromUInt64(number); }
+XString Number(std::uint64_t number) {
+    return XString::FromUInt64(number);
+}
 
 XString PaddedNumber(std::uint64_t number, std::int32_t digits) {
     XString text = Number(number);
@@ -27,12 +29,14 @@ void AddPropertyRows(const clWaveFile& file, clIDTagList& rows) {
     rows.Add(u"Codec", format.CodecName().Text());
     rows.Add(u"Channels", Number(head.nChannels).Text());
     if (format.IsExtensible() && format.Record().dwChannelMask != 0)
-        rows.Add(u"Channel mask", Join({u"0x", XString::FromHex(format.Record().dwChannelMask).Text()}).Text());
+        rows.Add(u"Channel mask",
+                 Join({u"0x", XString::FromHex(format.Record().dwChannelMask).Text()}).Text());
     rows.Add(u"Sample rate", Join({Number(head.nSamplesPerSec).Text(), u" Hz"}).Text());
     if (head.wBitsPerSample != 0) rows.Add(u"Bits per sample", Number(head.wBitsPerSample).Text());
     if (format.IsExtensible() && format.Record().wValidBitsPerSample != head.wBitsPerSample)
         rows.Add(u"Valid bits", Number(format.Record().wValidBitsPerSample).Text());
-    rows.Add(u"Bit rate", Join({Number(std::uint64_t{head.nAvgBytesPerSec} * 8 / 1000).Text(), u" kbit/s"}).Text());
+    rows.Add(u"Bit rate",
+             Join({Number(std::uint64_t{head.nAvgBytesPerSec} * 8 / 1000).Text(), u" kbit/s"}).Text());
     rows.Add(u"Length", Duration(file.LengthMs()).Text());
     rows.Add(u"File size", Join({Number(file.Size()).Text(), u" bytes"}).Text());
 }

@@ -27,11 +27,15 @@ clAudioInformation Describe(const clWaveFile& file) {
     return information;
 }
 
-XString Number(std::uint64_t number) { return XString::FromUInt64(number); }
+XString Number(std::uint64_t number) {
+    return XString::FromUInt64(number);
+}
 
 }  // namespace
 
-std::span<const clFileType> clWaveDecoder::FileTypes() const { return kFileTypes; }
+std::span<const clFileType> clWaveDecoder::FileTypes() const {
+    return kFileTypes;
+}
 
 bool clWaveDecoder::ReadInformation(const char16_t* path, clAudioInformation& information) {
     clWaveFile file;
@@ -60,8 +64,12 @@ bool clWaveDecoder::RefuseTags(const char16_t* file) const {
     return false;
 }
 
-bool clWaveDecoder::WriteTags(const char16_t* file, const clIDTagList&) { return RefuseTags(file); }
-bool clWaveDecoder::DeleteTags(const char16_t* file, const char16_t*) { return RefuseTags(file); }
+bool clWaveDecoder::WriteTags(const char16_t* file, const clIDTagList&) {
+    return RefuseTags(file);
+}
+bool clWaveDecoder::DeleteTags(const char16_t* file, const char16_t*) {
+    return RefuseTags(file);
+}
 
 bool clWaveDecoder::OpenForDecoding(const char16_t* path, clAudioInformation& information) {
     Close();
@@ -73,7 +81,8 @@ bool clWaveDecoder::OpenForDecoding(const char16_t* path, clAudioInformation& in
     mEnd = mFile.AudioBytes();
     if (mFile.LengthIsOpen()) {
         mLog.Information(path, Join({u"its header leaves the length open, ", Number(mEnd).Text(),
-                                     u" bytes up to the end of the file are taken as audio"}).Text());
+                                     u" bytes up to the end of the file are taken as audio"})
+                                   .Text());
     }
     return true;
 }
@@ -109,7 +118,7 @@ void clWaveDecoder::ReadNext(clDecodedBlock& block) {
     mPosition += got;
     if (!good) {
         Cut(Join({u"can't be read (error ", Number(mFile.Reader().Error()).Text(), u")"}).Text());
-    } else if (got < wanted) {    // the file has become shorter since it was opened
+    } else if (got < wanted) {  // the file has become shorter since it was opened
         ReportMissing(mFile.MissingBytes() + lost);
         mPosition = mEnd;
     }
@@ -123,7 +132,8 @@ void clWaveDecoder::Cut(const char16_t* trouble) {
 }
 
 void clWaveDecoder::ReportMissing(std::uint64_t missing) {
-    Cut(Join({Number(missing).Text(), u" of ", Number(mFile.ClaimedBytes()).Text(), u" bytes of audio are missing"})
+    Cut(Join({Number(missing).Text(), u" of ", Number(mFile.ClaimedBytes()).Text(),
+              u" bytes of audio are missing"})
             .Text());
 }
 
@@ -133,12 +143,14 @@ void clWaveDecoder::Finish() {
     if (mFile.MissingBytes() > 0) return ReportMissing(mFile.MissingBytes());
     const std::uint64_t rest = mFile.ClaimedBytes() - mEnd;
     if (rest == 0) return;
-    mLog.Information(mFile.Path().Text(),
-                     Join({u"its last ", Number(rest).Text(), u" bytes make no whole frame and are left out"}).Text());
+    mLog.Information(
+        mFile.Path().Text(),
+        Join({u"its last ", Number(rest).Text(), u" bytes make no whole frame and are left out"}).Text());
 }
 
 void clWaveDecoder::SetPosition(std::int64_t frame) {
     if (!mFile.IsOpen()) return;
     const std::uint64_t target = frame > 0 ? static_cast<std::uint64_t>(frame) : 0;
-    mPosition = target >= mFile.Frames() ? mEnd : std::min(mFile.Format().BytePositionOf(target), mEnd);
+    const bool isBehind = target > 0 && target >= mFile.Frames();
+    mPosition = isBehind ? mEnd : std::min(mFile.Format().BytePositionOf(target), mEnd);
 }

@@ -1,7 +1,7 @@
 // clWaveDecoder: WAVE files block by block.
 //
-// The bytes of the file are the blocks: nothing is done to a sample on the way, so a block costs one read into a
-// buffer that the caller sees directly. Memory is one block, whatever the file.
+// The bytes of the file are the blocks: nothing is done to a sample on the way, so a block costs one read
+// into a buffer that the caller sees directly. Memory is one block, whatever the file.
 #pragma once
 
 #include <memory>
@@ -11,7 +11,8 @@
 
 class clWaveDecoder : public clModuleDecoder {
   public:
-    // Before it is rounded down to whole frames. Stays in a core's own cache between a read and the next write.
+    // Before it is rounded down to whole frames. Stays in a core's own cache between a read and the next
+    // write.
     static constexpr std::uint32_t kBlockBytes = 65536;
 
     using clModuleDecoder::clModuleDecoder;
@@ -37,7 +38,7 @@ class clWaveDecoder : public clModuleDecoder {
     clWaveFile mFile;
     std::unique_ptr<std::uint8_t[]> mBuffer;
     std::uint32_t mBlockBytes = 0;
-    std::uint64_t mPosition = 0;    // bytes into the audio
+    std::uint64_t mPosition = 0;  // bytes into the audio
     std::uint64_t mEnd = 0;
     bool mEndReported = false;
 };

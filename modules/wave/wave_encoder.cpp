@@ -10,7 +10,8 @@ bool clWaveEncoder::Begin(const char16_t* file, const char16_t* settings, const 
     const XString trouble = Plan(settings, format);
     if (!trouble.IsEmpty()) return Fail(trouble.Text());
     if (!mWriter.Create(file))
-        return Fail(Join({u"can't be created (error ", XString::FromUInt64(mWriter.Error()).Text(), u")"}).Text());
+        return Fail(
+            Join({u"can't be created (error ", XString::FromUInt64(mWriter.Error()).Text(), u")"}).Text());
     const auto header = mHeader.MakeOpen();
     return mWriter.Append(header.data(), static_cast<std::uint32_t>(header.size())) || FailWriting();
 }
@@ -55,5 +56,6 @@ bool clWaveEncoder::Fail(const char16_t* trouble) {
 }
 
 bool clWaveEncoder::FailWriting() {
-    return Fail(Join({u"can't be written (error ", XString::FromUInt64(mWriter.Error()).Text(), u")"}).Text());
+    return Fail(
+        Join({u"can't be written (error ", XString::FromUInt64(mWriter.Error()).Text(), u")"}).Text());
 }

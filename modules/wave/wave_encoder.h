@@ -1,8 +1,8 @@
 // clWaveEncoder: blocks of audio into a WAVE file.
 //
-// Blocks are written as they come, one write each; only the header is written twice. The first trouble is reported, and
-// from then on nothing is written and End answers false. Blocks may be cut anywhere, as long as the whole makes whole
-// frames.
+// Blocks are written as they come, one write each; only the header is written twice. The first trouble is
+// reported, and from then on nothing is written and End answers false. Blocks may be cut anywhere, as long as
+// the whole makes whole frames.
 #pragma once
 
 #include "modules/support/file_writer.h"

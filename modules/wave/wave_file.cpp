@@ -33,8 +33,8 @@ XString clWaveFile::ReadHeaders() {
     return trouble;
 }
 
-// The first chunk of each kind counts. The walk ends where both needed ones are known, so that nothing behind the
-// audio is looked at; a fact chunk stands before the audio.
+// The first chunk of each kind counts. The walk ends where both needed ones are known, so that nothing behind
+// the audio is looked at; a fact chunk stands before the audio.
 XString clWaveFile::FindChunks(clChunkWalk& walk) {
     bool hasFormat = false, hasAudio = false;
     clChunk chunk;
@@ -58,7 +58,8 @@ XString clWaveFile::FindChunks(clChunkWalk& walk) {
 XString clWaveFile::TakeFormat(const clChunk& chunk) {
     std::uint8_t bytes[sizeof(QvFormatExtensible)] = {};
     const std::uint64_t count = std::min<std::uint64_t>(chunk.available, sizeof bytes);
-    if (!mReader.Fetch(chunk.position, bytes, static_cast<std::uint32_t>(count))) return u"its fmt chunk can't be read";
+    if (!mReader.Fetch(chunk.position, bytes, static_cast<std::uint32_t>(count)))
+        return u"its fmt chunk can't be read";
     return mFormat.TakeChunk(bytes, chunk.available);
 }
 
@@ -73,11 +74,14 @@ std::uint64_t clWaveFile::AudioBytes() const {
     return mAudio.available - mAudio.available % mFormat.Head().nBlockAlign;
 }
 
-// The fact chunk knows where in the last block a coded file ends. It can't make a file longer than its blocks.
+// The fact chunk knows where in the last block a coded file ends. It can't make a file longer than its
+// blocks.
 std::uint64_t clWaveFile::Frames() const {
     const std::uint64_t frames = mFormat.FramesIn(AudioBytes());
     if (mFormat.IsPlain() || mFactFrames == 0) return frames;
     return mFormat.FramesPerBlock() == 0 ? mFactFrames : std::min(frames, mFactFrames);
 }
 
-std::uint64_t clWaveFile::LengthMs() const { return Scale(Frames(), 1000, mFormat.Head().nSamplesPerSec); }
+std::uint64_t clWaveFile::LengthMs() const {
+    return Scale(Frames(), 1000, mFormat.Head().nSamplesPerSec);
+}

@@ -19,14 +19,15 @@ class clWaveFile {
     const XString& Path() const { return mPath; }
     const clWaveFormat& Format() const { return mFormat; }
     std::uint64_t Size() const { return mReader.Size(); }
-    bool Is64() const { return mIs64; }    // RF64 or BW64
+    bool Is64() const { return mIs64; }  // RF64 or BW64
 
-    // Where the audio stands and how many bytes of it there are: whole frames of plain samples; coded data as they are.
+    // Where the audio stands and how many bytes of it there are: whole frames of plain samples; coded data as
+    // they are.
     std::uint64_t AudioPosition() const { return mAudio.position; }
     std::uint64_t AudioBytes() const;
     std::uint64_t ClaimedBytes() const { return mAudio.claimed; }
     std::uint64_t MissingBytes() const { return mAudio.claimed - mAudio.available; }
-    bool LengthIsOpen() const { return mAudio.isOpen; }    // the writer left it open: all to the end is audio
+    bool LengthIsOpen() const { return mAudio.isOpen; }  // the writer left it open: all to the end is audio
 
     std::uint64_t Frames() const;
     std::uint64_t LengthMs() const;
@@ -42,5 +43,5 @@ class clWaveFile {
     clWaveFormat mFormat;
     clChunk mAudio;
     bool mIs64 = false;
-    std::uint64_t mFactFrames = 0;    // 0 for none
+    std::uint64_t mFactFrames = 0;  // 0 for none
 };

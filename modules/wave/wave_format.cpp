@@ -1,6 +1,6 @@
-// The record is the part of a WAVE file that others compute with, so nothing leaves here that doesn't agree with
-// itself: a header that lies is refused in words instead of being put right by a guess. Only the byte rate of plain
-// samples is computed anew, as nothing but that depends on it. Products are formed in 64 bits.
+// The record is the part of a WAVE file that others compute with, so nothing leaves here that doesn't agree
+// with itself: a header that lies is refused in words instead of being put right by a guess. Only the byte
+// rate of plain samples is computed anew, as nothing but that depends on it. Products are formed in 64 bits.
 #include "modules/wave/wave_format.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::uint32_t kHeadBytes = 16;    // a fmt chunk in its oldest form has no cbSize
+constexpr std::uint32_t kHeadBytes = 16;  // a fmt chunk in its oldest form has no cbSize
 constexpr std::uint16_t kExtensionBytes = sizeof(QvFormatExtensible) - sizeof(QvFormat);
 
 enum : std::uint32_t { kImaAdpcm = 0x11, kGsm = 0x31, kMpegLayer3 = 0x55 };
@@ -22,8 +22,8 @@ enum : std::uint32_t { kImaAdpcm = 0x11, kGsm = 0x31, kMpegLayer3 = 0x55 };
 struct Type {
     std::uint32_t tag;
     const char16_t* name;
-    std::uint16_t bits[4];      // that plain samples may have
-    bool tellsFramesPerBlock;   // in the first word behind cbSize
+    std::uint16_t bits[4];     // that plain samples may have
+    bool tellsFramesPerBlock;  // in the first word behind cbSize
 };
 
 constexpr Type kTypes[] = {
@@ -43,12 +43,15 @@ const Type* FindType(std::uint32_t tag) {
     return found == std::end(kTypes) ? nullptr : found;
 }
 
-XString Number(std::uint64_t number) { return XString::FromUInt64(number); }
+XString Number(std::uint64_t number) {
+    return XString::FromUInt64(number);
+}
 
 }  // namespace
 
 XString clWaveFormat::TakeChunk(const std::uint8_t* bytes, std::uint64_t size) {
-    if (size < kHeadBytes) return Join({u"its fmt chunk has ", Number(size).Text(), u" bytes instead of at least 16"});
+    if (size < kHeadBytes)
+        return Join({u"its fmt chunk has ", Number(size).Text(), u" bytes instead of at least 16"});
     if (size == kHeadBytes + 1) return u"its fmt chunk of 17 bytes ends within a field";
     QvFormatExtensible record{};
     std::memcpy(&record, bytes, static_cast<std::size_t>(std::min<std::uint64_t>(size, sizeof record)));
@@ -85,7 +88,8 @@ std::uint32_t clWaveFormat::TellFramesPerBlock() const {
     const QvFormat& head = Head();
     if (IsPlain()) return 1;
     // A kind of samples that has no tag of ours, in frames of one size all the same.
-    if (IsExtensible()) return head.wBitsPerSample > 0 && head.nBlockAlign * 8 == head.nChannels * head.wBitsPerSample;
+    if (IsExtensible())
+        return head.wBitsPerSample > 0 && head.nBlockAlign * 8 == head.nChannels * head.wBitsPerSample;
     const Type* type = FindType(mType);
     return type && type->tellsFramesPerBlock && head.cbSize >= 2 ? mRecord.wValidBitsPerSample : 0;
 }
@@ -115,9 +119,10 @@ XString clWaveFormat::PlainRefusal() const {
                      Number(bits).Text()});
     const std::uint64_t frameBytes = std::uint64_t{head.nChannels} * bits / 8;
     if (frameBytes != head.nBlockAlign)
-        return Join({u"it claims frames of ", Number(head.nBlockAlign).Text(), u" bytes, where its channels and bits make ",
-                     Number(frameBytes).Text()});
-    if (frameBytes * head.nSamplesPerSec > UINT32_MAX) return u"it claims more bytes per second than a header can hold";
+        return Join({u"it claims frames of ", Number(head.nBlockAlign).Text(),
+                     u" bytes, where its channels and bits make ", Number(frameBytes).Text()});
+    if (frameBytes * head.nSamplesPerSec > UINT32_MAX)
+        return u"it claims more bytes per second than a header can hold";
     return XString();
 }
 
@@ -128,7 +133,8 @@ std::uint64_t clWaveFormat::FramesIn(std::uint64_t bytes) const {
 
 std::uint64_t clWaveFormat::BytePositionOf(std::uint64_t frame) const {
     const std::uint32_t align = Head().nBlockAlign;
-    if (mFramesPerBlock == 0) return Scale(frame, Head().nAvgBytesPerSec, Head().nSamplesPerSec) / align * align;
+    if (mFramesPerBlock == 0)
+        return Scale(frame, Head().nAvgBytesPerSec, Head().nSamplesPerSec) / align * align;
     return Scale(frame / mFramesPerBlock, align, 1);
 }
 

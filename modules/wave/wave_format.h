@@ -1,8 +1,8 @@
 // clWaveFormat: the format record of a WAVE file, checked, and what follows from it.
 //
-// Two kinds of data are told apart. Plain samples (integer, float, A-law, mu-law) have frames of one size that the
-// record must agree with. Coded data of any other tag come in blocks of nBlockAlign bytes and are handed on as they
-// stand, with the record beside them.
+// Two kinds of data are told apart. Plain samples (integer, float, A-law, mu-law) have frames of one size
+// that the record must agree with. Coded data of any other tag come in blocks of nBlockAlign bytes and are
+// handed on as they stand, with the record beside them.
 #pragma once
 
 #include <cstdint>
@@ -32,7 +32,7 @@ class clWaveFormat {
     std::uint32_t FramesPerBlock() const { return mFramesPerBlock; }
     // For coded data without that number both go by the average byte rate.
     std::uint64_t FramesIn(std::uint64_t bytes) const;
-    std::uint64_t BytePositionOf(std::uint64_t frame) const;    // the beginning of a block
+    std::uint64_t BytePositionOf(std::uint64_t frame) const;  // the beginning of a block
 
     XString CodecName() const;
 

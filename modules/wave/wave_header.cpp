@@ -1,5 +1,5 @@
-// Order of chunks: RIFF or RF64, JUNK or ds64, fmt, fact (all but integer samples, where the frames can be counted),
-// data. JUNK has the 28 bytes of a ds64 chunk without a table.
+// Order of chunks: RIFF or RF64, JUNK or ds64, fmt, fact (all but integer samples, where the frames can be
+// counted), data. JUNK has the 28 bytes of a ds64 chunk without a table.
 #include "modules/wave/wave_header.h"
 
 #include <algorithm>
@@ -16,12 +16,15 @@ constexpr std::uint32_t kSizeElsewhere = 0xFFFFFFFF;
 constexpr std::uint32_t kSizes64Bytes = 28;
 constexpr std::uint32_t kExtensionBytes = sizeof(QvFormatExtensible) - sizeof(QvFormat);
 
-// The seven pairs that every MS ADPCM file carries. A record in the module contract has room for four and a half.
+// The seven pairs that every MS ADPCM file carries. A record in the module contract has room for four and a
+// half.
 constexpr std::int16_t kAdpcmPairs[14] = {256, 0, 512, -256, 0, 0, 192, 64, 240, 0, 460, -208, 392, -232};
 constexpr std::uint16_t kAdpcmPairCount = 7;
 constexpr std::uint16_t kAdpcmExtension = 4 + sizeof kAdpcmPairs;
 
-std::uint8_t* PutChunk(std::uint8_t* at, std::uint32_t id, std::uint32_t size) { return Put32(Put32(at, id), size); }
+std::uint8_t* PutChunk(std::uint8_t* at, std::uint32_t id, std::uint32_t size) {
+    return Put32(Put32(at, id), size);
+}
 
 std::uint32_t Clip32(std::uint64_t number) {
     return static_cast<std::uint32_t>(std::min<std::uint64_t>(number, kSizeElsewhere));
@@ -78,7 +81,9 @@ XString clWaveHeader::PlanFormatChunk() {
     return XString();
 }
 
-bool clWaveHeader::HasFact() const { return mFormat.SampleType() != QV_FORMAT_PCM && mFormat.FramesPerBlock() > 0; }
+bool clWaveHeader::HasFact() const {
+    return mFormat.SampleType() != QV_FORMAT_PCM && mFormat.FramesPerBlock() > 0;
+}
 
 std::uint32_t clWaveHeader::AudioPosition() const {
     return 12 + 8 + kSizes64Bytes + 8 + mFormatBytes + (mFormatBytes & 1) + (HasFact() ? 12u : 0u) + 8;

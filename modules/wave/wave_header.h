@@ -1,7 +1,7 @@
 // clWaveHeader: everything that stands before the audio in a WAVE file.
 //
-// Its length doesn't depend on the audio's: room for the 64-bit sizes is kept from the start in a JUNK chunk, so a file
-// that outgrows 32 bits becomes RF64 by writing the same bytes anew, and no audio moves.
+// Its length doesn't depend on the audio's: room for the 64-bit sizes is kept from the start in a JUNK chunk,
+// so a file that outgrows 32 bits becomes RF64 by writing the same bytes anew, and no audio moves.
 #pragma once
 
 #include <array>

@@ -8,10 +8,8 @@ constexpr struct {
     const char16_t* text;
     WaveHeader header;
 } kSettings[] = {
-    {u"", WaveHeader::automatic},
-    {u"-header=auto", WaveHeader::automatic},
-    {u"-header=plain", WaveHeader::plain},
-    {u"-header=extensible", WaveHeader::extensible},
+    {u"", WaveHeader::automatic},          {u"-header=auto", WaveHeader::automatic},
+    {u"-header=plain", WaveHeader::plain}, {u"-header=extensible", WaveHeader::extensible},
     {u"-header=rf64", WaveHeader::rf64},
 };
 

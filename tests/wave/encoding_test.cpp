@@ -1,0 +1,229 @@
+// What the encoder puts before the audio, and what it refuses.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "modules/wave/wave_encoder.h"
+#include "wave/wave_bytes.h"
+#include "wave/wave_modules.h"
+
+using namespace wave_bytes;
+
+namespace {
+
+class WaveEncoding : public testing::Test {
+  protected:
+    std::string Written(const QvFormatExtensible& format, const std::string& audio,
+                        const char16_t* settings = u"") {
+        EXPECT_TRUE(mModules.Encode(mFolder / u"a.wav", format, audio, {65536}, settings));
+        EXPECT_EQ(mModules.Log().TakeErrors(), u"");
+        return mFolder.Read(u"a.wav");
+    }
+    void ExpectRefusal(const QvFormatExtensible& format, const char16_t* settings, const char16_t* message) {
+        mFolder.Write(u"a.wav", "what stood there");
+        EXPECT_FALSE(mModules.Encode(mFolder / u"a.wav", format, "", {65536}, settings));
+        EXPECT_EQ(mModules.Log().TakeErrors(), mFolder / u"a.wav" + u": " + message + u"\r\n");
+        EXPECT_EQ(mFolder.Read(u"a.wav"), "what stood there");
+    }
+
+    WaveModules mModules;
+    TempFolder mFolder;
+};
+
+const std::string kJunk = Chunk("JUNK", std::string(28, '\0'));
+const QvFormatExtensible kStereo = Plain(QV_FORMAT_PCM, 2, 44100, 16);
+
+std::string Bytes(const QvFormatExtensible& record, std::size_t count) {
+    return std::string(reinterpret_cast<const char*>(&record), count);
+}
+
+std::string MsAdpcm(const std::string& pairs) {
+    return U16(500) + U16(7) + pairs;
+}
+
+const std::string kPairs = U16(256) + U16(0) + U16(512) + U16(0xFF00) + U16(0) + U16(0) + U16(192) + U16(64) +
+                           U16(240) + U16(0) + U16(460) + U16(0xFF30) + U16(392) + U16(0xFF18);
+
+}  // namespace
+
+TEST_F(WaveEncoding, Integer_samples_have_the_oldest_header_behind_room_for_64_bit_sizes) {
+    EXPECT_EQ(Written(kStereo, Noise(8)), Riff(kJunk + StereoFormat() + Chunk("data", Noise(8))));
+}
+
+TEST_F(WaveEncoding, All_other_samples_have_a_count_of_frames) {
+    const QvFormatExtensible formats[] = {Plain(QV_FORMAT_FLOAT, 2, 44100, 32),
+                                          Plain(QV_FORMAT_ALAW, 8, 8000, 8)};
+    for (const auto& format : formats)
+        EXPECT_EQ(Written(format, Noise(16)), Riff(kJunk + Chunk("fmt ", Bytes(format, 18)) +
+                                                   Chunk("fact", U32(2)) + Chunk("data", Noise(16))));
+}
+
+TEST_F(WaveEncoding, Audio_of_an_odd_length_is_padded) {
+    const auto format = Plain(QV_FORMAT_PCM, 1, 8000, 8);
+    EXPECT_EQ(Written(format, "abc"), Riff(kJunk + Chunk("fmt ", Bytes(format, 16)) + Chunk("data", "abc")));
+}
+
+TEST_F(WaveEncoding, An_extensible_record_is_written_as_it_is) {
+    const auto format = Extensible(QV_FORMAT_PCM, 6, 48000, 24, 20, 0x3F);
+    EXPECT_EQ(Written(format, Noise(18)),
+              Riff(kJunk + Chunk("fmt ", Bytes(format, 40)) + Chunk("data", Noise(18))));
+}
+
+TEST_F(WaveEncoding, Coded_data_count_their_frames_where_the_record_tells_how) {
+    const auto ima = Coded(0x11, 1, 8000, 4055, 256, 4, U16(505));
+    EXPECT_EQ(Written(ima, Noise(512)), Riff(kJunk + Chunk("fmt ", Bytes(ima, 20)) +
+                                             Chunk("fact", U32(1010)) + Chunk("data", Noise(512))));
+    const auto other = Coded(0x1234, 1, 8000, 1000, 1, 0, "odd");
+    EXPECT_EQ(Written(other, Noise(51)),
+              Riff(kJunk + Chunk("fmt ", Bytes(other, 21)) + Chunk("data", Noise(51))));
+}
+
+TEST_F(WaveEncoding, The_known_coefficients_of_MS_ADPCM_are_completed) {
+    const auto format = Coded(QV_FORMAT_ADPCM, 2, 22050, 22311, 1024, 4, MsAdpcm(kPairs.substr(0, 18)));
+    const std::string chunk = Bytes(format, 16) + U16(32) + MsAdpcm(kPairs);
+    EXPECT_EQ(Written(format, Noise(2048)),
+              Riff(kJunk + Chunk("fmt ", chunk) + Chunk("fact", U32(1000)) + Chunk("data", Noise(2048))));
+    QvFormatExtensible cut = format;
+    cut.Format.cbSize = 32;  // a host that hands on 40 bytes of a record of 50
+    EXPECT_EQ(Written(cut, Noise(2048)), mFolder.Read(u"a.wav"));
+    EXPECT_EQ(Written(cut, Noise(2048)).substr(56, 50), chunk);
+    const auto three = Coded(QV_FORMAT_ADPCM, 2, 22050, 22311, 1024, 4, U16(500) + U16(3) + Noise(12));
+    EXPECT_EQ(Written(three, Noise(2048)).substr(56, 34), Bytes(three, 34));
+}
+
+TEST_F(WaveEncoding, Other_coefficients_that_the_record_has_no_room_for_are_refused) {
+    const auto format = Coded(QV_FORMAT_ADPCM, 2, 22050, 22311, 1024, 4, MsAdpcm(Noise(18)));
+    ExpectRefusal(format, u"", u"its ADPCM coefficients are incomplete");
+}
+
+TEST_F(WaveEncoding, Settings_choose_the_header) {
+    const auto float32 = Plain(QV_FORMAT_FLOAT, 2, 44100, 32);
+    const auto float32Extensible = Extensible(QV_FORMAT_FLOAT, 2, 44100, 32, 32, 0);
+    const auto unknown = [] {
+        QvFormatExtensible record = Extensible(QV_FORMAT_PCM, 2, 44100, 16, 16, 0);
+        record.SubFormat[15] = 0;
+        return record;
+    }();
+    const std::string plain = Written(float32, Noise(64), u"-header=auto");
+    const std::string extensible = Written(float32Extensible, Noise(64), u" -header=auto ");
+    EXPECT_EQ(plain, Written(float32, Noise(64)));
+    EXPECT_NE(plain, extensible);
+    EXPECT_EQ(Written(float32, Noise(64), u"-header=plain"), plain);
+    EXPECT_EQ(Written(float32Extensible, Noise(64), u"-header=plain"), plain);
+    EXPECT_EQ(Written(float32, Noise(64), u"-header=extensible"), extensible);
+    EXPECT_EQ(Written(float32Extensible, Noise(64), u"-header=extensible"), extensible);
+    ExpectRefusal(Coded(0x11, 1, 8000, 4055, 256, 4, U16(505)), u"-header=extensible",
+                  u"this format has no extensible header");
+    ExpectRefusal(unknown, u"-header=plain", u"this format has no plain header");
+}
+
+TEST_F(WaveEncoding, Settings_may_ask_for_64_bit_sizes_at_any_length) {
+    const std::string sizes = Chunk("ds64", U64(80) + U64(8) + U64(2) + U32(0));
+    EXPECT_EQ(Written(kStereo, Noise(8), u"-header=rf64"),
+              Claiming("RF64", 0xFFFFFFFF,
+                       "WAVE" + sizes + StereoFormat() + Claiming("data", 0xFFFFFFFF, Noise(8))));
+    EXPECT_EQ(mModules.Decode(mFolder / u"a.wav").audio, Noise(8));
+}
+
+TEST_F(WaveEncoding, Settings_that_are_not_known_are_refused) {
+    for (const char16_t* settings :
+         {u"-header=", u"-header=Plain", u"-header=plain -header=plain", u"-header", u"plain", u"-bits=16",
+          u"-header=rf64x", u"\"-header=plain\"", u"\t"}) {
+        const std::u16string message =
+            std::u16string(u"the settings \"") + settings + u"\" are not known to the WAVE encoder";
+        ExpectRefusal(kStereo, settings, message.c_str());
+    }
+}
+
+TEST_F(WaveEncoding, Formats_that_contradict_themselves_are_refused) {
+    QvFormatExtensible record = kStereo;
+    record.Format.nChannels = 0;
+    ExpectRefusal(record, u"", u"it claims 0 channels, where 1 to 64 are possible");
+    record = kStereo;
+    record.Format.nBlockAlign = 3;
+    ExpectRefusal(record, u"", u"it claims frames of 3 bytes, where its channels and bits make 4");
+    ExpectRefusal(QvFormatExtensible{}, u"", u"it claims 0 channels, where 1 to 64 are possible");
+}
+
+TEST_F(WaveEncoding, Audio_that_ends_within_a_frame_fails_at_the_end) {
+    EXPECT_FALSE(mModules.Encode(mFolder / u"a.wav", kStereo, Noise(10), {3}));
+    EXPECT_EQ(mModules.Log().TakeErrors(), mFolder / u"a.wav" + u": its audio ends within a frame\r\n");
+}
+
+TEST_F(WaveEncoding, A_file_that_outgrows_32_bits_becomes_one_of_64) {
+    const QvLog log{};
+    const std::u16string path = mFolder / u"a.wav";
+    for (const std::uint32_t bytes : {996u, 1000u, 1004u}) {
+        clWaveEncoder encoder(clModuleLog(&log), 1072);  // RIFF sizes up to those of 1000 bytes of audio
+        const std::string audio = Noise(bytes);
+        ASSERT_TRUE(encoder.Begin(path.c_str(), u"", kStereo));
+        EXPECT_TRUE(encoder.Encode(reinterpret_cast<const std::uint8_t*>(audio.data()), bytes));
+        EXPECT_TRUE(encoder.End());
+        const std::string sizes = Chunk("ds64", U64(bytes + 72) + U64(bytes) + U64(bytes / 4) + U32(0));
+        const std::string small = Riff(kJunk + StereoFormat() + Chunk("data", audio));
+        const std::string large = Claiming(
+            "RF64", 0xFFFFFFFF, "WAVE" + sizes + StereoFormat() + Claiming("data", 0xFFFFFFFF, audio));
+        EXPECT_EQ(mFolder.Read(u"a.wav"), bytes > 1000 ? large : small) << bytes;
+        EXPECT_EQ(mModules.Decode(path).audio, audio);
+    }
+}
+
+TEST_F(WaveEncoding, A_file_that_was_never_ended_is_readable_up_to_where_it_came) {
+    clEncoderSessionRec session{};
+    const std::u16string path = mFolder / u"a.wav";
+    session.file = reinterpret_cast<const QvChar*>(path.c_str());  // settings are null: none
+    std::memcpy(session.format, &kStereo, sizeof kStereo);
+    ASSERT_TRUE(mModules.Encoder().Create(mModules.Log().Log()));
+    ASSERT_TRUE(mModules.Encoder().BeginConversion(&session));
+    const std::string audio = Noise(400);
+    clBlockRec block{};
+    block.data = reinterpret_cast<const std::uint8_t*>(audio.data());
+    block.bytes = 400;
+    EXPECT_TRUE(mModules.Encoder().EncodeBlock(&block));
+    mModules.Encoder().Destroy();
+    EXPECT_EQ(mModules.Decode(path).audio, audio);
+}
+
+TEST_F(WaveEncoding, An_encoding_that_never_began_does_not_end) {
+    clEncoderSessionRec session{};
+    clBlockRec block{};
+    ASSERT_TRUE(mModules.Encoder().Create(mModules.Log().Log()));
+    EXPECT_FALSE(mModules.Encoder().BeginConversion(&session));  // names no file
+    EXPECT_FALSE(mModules.Encoder().EncodeBlock(&block));
+    EXPECT_FALSE(mModules.Encoder().EndConversion(&session));
+    EXPECT_TRUE(mModules.Encode(mFolder / u"a.wav", kStereo, ""));
+    EXPECT_FALSE(mModules.Encoder().EndConversion(&session));  // the second time
+    EXPECT_FALSE(mModules.Encoder().EncodeBlock(&block));
+    EXPECT_EQ(mModules.Log().TakeErrors(), u"");
+}
+
+TEST_F(WaveEncoding, An_empty_last_block_is_a_block) {
+    clEncoderSessionRec session{};
+    const std::u16string path = mFolder / u"a.wav";
+    session.file = reinterpret_cast<const QvChar*>(path.c_str());
+    std::memcpy(session.format, &kStereo, sizeof kStereo);
+    ASSERT_TRUE(mModules.Encoder().Create(mModules.Log().Log()));
+    ASSERT_TRUE(mModules.Encoder().BeginConversion(&session));
+    clBlockRec block{};
+    block.finished = 1;
+    EXPECT_TRUE(mModules.Encoder().EncodeBlock(&block));
+    EXPECT_TRUE(mModules.Encoder().EndConversion(&session));
+    EXPECT_EQ(mFolder.Read(u"a.wav"), Riff(kJunk + StereoFormat() + Chunk("data", "")));
+}
+
+TEST_F(WaveEncoding, The_encoder_names_its_extension_and_has_no_panel) {
+    clCodecQueryRec query{};
+    ASSERT_TRUE(mModules.Encoder().Create(mModules.Log().Log()));
+    EXPECT_TRUE(mModules.Encoder().Get(u"Extension", &query));
+    EXPECT_TRUE(XString(u".wav") == reinterpret_cast<const char16_t*>(query.text));
+    EXPECT_FALSE(mModules.Encoder().Get(u"Decodes", &query));
+    EXPECT_FALSE(mModules.Encoder().Set(u"Extension", &query));
+    mModules.Encoder().ShowConfigBit(0, 0, 0, u"");
+    EXPECT_EQ(mModules.Encoder().RemoveConfigBit(0), nullptr);
+}
+
+TEST_F(WaveEncoding, A_file_that_can_not_be_created_is_refused) {
+    const std::u16string path = mFolder / u"missing/a.wav";
+    EXPECT_FALSE(mModules.Encode(path, kStereo, ""));
+    EXPECT_TRUE(mModules.Log().TakeErrors().starts_with(path + u": can't be created (error "));
+}
