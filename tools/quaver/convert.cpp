@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr std::uint32_t kPollMs = 20;
+constexpr std::uint32_t kPollMs = 5;
 constexpr std::u16string_view kClosingWords = u"Conversion complete";
 
 void Tell(const std::u16string& text) {
@@ -172,7 +172,7 @@ ExitCode RunConvert(const ConvertOptions& options) {
         cancelled = Watch(host, progress, transcript, options.quiet);
     } else {
         // The reason is on its way through the message channel.
-        for (int poll = 0; poll < 50 && transcript.Errors().empty(); ++poll) {
+        for (int poll = 0; poll < 200 && transcript.Errors().empty(); ++poll) {
             platform::Sleep(kPollMs);
             transcript.Gather(host);
         }
