@@ -13,7 +13,7 @@ namespace {
 
 std::set<std::u16string> Names(XFindFile& walk) {
     std::set<std::u16string> names;
-    while (walk.Next()) EXPECT_TRUE(names.insert(Str(walk.Name())).second);
+    while (walk.Next()) EXPECT_TRUE(names.insert(Units(walk.Name())).second);
     return names;
 }
 
@@ -108,7 +108,7 @@ TEST(FindFile, Looks_at_one_entry_whatever_separators_trail_it) {
     const std::u16string folder = temp.MakeFolder(u"folder");
     XFindFile entry((folder + std::u16string(2, platform::kPathSeparator)).c_str());
     ASSERT_TRUE(entry.Next());
-    EXPECT_EQ(Str(entry.Name()), folder);
+    EXPECT_EQ(Units(entry.Name()), folder);
     EXPECT_FALSE(entry.Next());
 }
 
@@ -155,7 +155,7 @@ TEST(FindFile, Names_an_entry_that_was_given_without_a_folder_by_its_name_alone)
     const FakeFolder folder({FakeFolder::Entry(u"track")});
     XFindFile walk(u"track");
     ASSERT_TRUE(walk.Next());
-    EXPECT_EQ(Str(walk.Name()), u"track");
+    EXPECT_EQ(Units(walk.Name()), u"track");
 }
 
 TEST(FindFile, Gives_the_pattern_in_its_long_form_and_names_without_it) {
@@ -166,7 +166,7 @@ TEST(FindFile, Gives_the_pattern_in_its_long_form_and_names_without_it) {
     EXPECT_EQ(folder.Pattern(), below);
     ASSERT_TRUE(longer.Next());
     EXPECT_EQ(folder.Pattern(), LongForm(at));
-    EXPECT_EQ(Str(longer.Name()), Native(u"C:\\y"));
+    EXPECT_EQ(Units(longer.Name()), Native(u"C:\\y"));
 }
 
 TEST(FindFile, An_empty_path_never_reaches_the_platform) {

@@ -204,7 +204,7 @@ TEST_F(Log, MakeLine_joins_what_is_given) {
                       {nullptr, nullptr, "A", false, u""},
                       {u"", u"m", "", true, u"m  []\r\n"}};
     for (const auto& row : rows)
-        EXPECT_EQ(Str(XLog::MakeLine(row.prefix, row.message, row.function, row.endLine)), row.line);
+        EXPECT_EQ(Units(XLog::MakeLine(row.prefix, row.message, row.function, row.endLine)), row.line);
 }
 
 TEST_F(Log, Works_unlocked_before_its_start_and_behind_its_end) {

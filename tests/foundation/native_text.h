@@ -5,17 +5,13 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/wide_string.h"
 #include "platform/names.h"
+#include "support/wide_text.h"
 
 inline std::u16string Native(std::u16string_view path) {
     std::u16string native(path);
     std::replace(native.begin(), native.end(), u'\\', platform::kPathSeparator);
     return native;
-}
-
-inline std::u16string Str(const XString& text) {
-    return std::u16string(text.Text(), static_cast<std::size_t>(text.Length()));
 }
 
 // A path of `length` units in one level below a root.

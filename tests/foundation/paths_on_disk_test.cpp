@@ -37,7 +37,7 @@ TEST(Exists, Knows_files_folders_and_roots) {
     EXPECT_TRUE(paths::Exists((temp / u"file.txt").c_str()));
     EXPECT_TRUE(paths::Exists((temp / u"folder").c_str()));
     EXPECT_TRUE(paths::Exists((temp / u"folder//").c_str()));
-    EXPECT_TRUE(paths::Exists(root)) << testing::PrintToString(Str(root));
+    EXPECT_TRUE(paths::Exists(root)) << testing::PrintToString(Units(root));
     EXPECT_FALSE(paths::Exists((temp / u"nothing").c_str()));
     EXPECT_FALSE(paths::Exists((temp / u"nothing/below").c_str()));
 }
@@ -263,7 +263,7 @@ TEST(PathOperations, An_empty_path_never_reaches_the_platform) {
 TEST(GetModulePath, Is_the_programs_own_without_a_module) {
     const XString path = paths::GetModulePath(nullptr);
     EXPECT_TRUE(paths::Exists(path));
-    EXPECT_EQ(Str(paths::GetModuleFolder(nullptr)), Str(paths::GetFolder(path)));
+    EXPECT_EQ(Units(paths::GetModuleFolder(nullptr)), Units(paths::GetFolder(path)));
 }
 
 TEST(GetModulePath, Takes_quotation_marks_off_and_gives_nothing_on_failure) {
@@ -283,7 +283,7 @@ TEST(GetModulePath, Takes_quotation_marks_off_and_gives_nothing_on_failure) {
             name.copy(path, name.size());
             return static_cast<std::uint32_t>(name.size());
         });
-        EXPECT_EQ(Str(paths::GetModulePath(nullptr)), row.path);
+        EXPECT_EQ(Units(paths::GetModulePath(nullptr)), row.path);
     }
     names.FailAlways(0u);
     EXPECT_TRUE(paths::GetModulePath(nullptr).IsEmpty());
@@ -311,7 +311,7 @@ TEST(GetTempFolder, Is_the_default_where_the_system_names_none) {
     Faulty<platform::GetTempPathW> temp;
     for (const std::uint32_t result : {0u, 260u, 400u}) {
         temp.FailAlways(result);
-        EXPECT_EQ(Str(paths::GetTempFolder()), standard) << result;
+        EXPECT_EQ(Units(paths::GetTempFolder()), standard) << result;
     }
 }
 
@@ -321,7 +321,7 @@ TEST(GetTempFolder, Adds_the_separator_that_is_missing) {
         EXPECT_EQ(count, 260u);
         return static_cast<std::uint32_t>(Native(u"D:\\T").copy(buffer, 4));
     });
-    EXPECT_EQ(Str(paths::GetTempFolder()), Native(u"D:\\T\\"));
+    EXPECT_EQ(Units(paths::GetTempFolder()), Native(u"D:\\T\\"));
 }
 
 }  // namespace

@@ -16,8 +16,8 @@ struct Row {
 void ExpectRows(XString (*function)(const XString&), const std::vector<Row>& rows) {
     for (const Row& row : rows) {
         const XString path(Native(row.path).c_str());
-        EXPECT_EQ(Str(function(path)), Native(row.expected)) << testing::PrintToString(row.path);
-        EXPECT_EQ(Str(path), Native(row.path));
+        EXPECT_EQ(Units(function(path)), Native(row.expected)) << testing::PrintToString(row.path);
+        EXPECT_EQ(Units(path), Native(row.path));
     }
 }
 
@@ -65,8 +65,8 @@ TEST(Paths, GetFolder_keeps_the_last_separator) {
 
 TEST(Paths, Only_the_platforms_own_separator_parts_a_path) {
     const char16_t other[] = {u'a', platform::kPathSeparator == u'/' ? u'\\' : u'/', u'b', 0};
-    EXPECT_EQ(Str(paths::GetFileName(other)), other);
-    EXPECT_EQ(Str(paths::GetFolder(other)), other);
+    EXPECT_EQ(Units(paths::GetFileName(other)), other);
+    EXPECT_EQ(Units(paths::GetFolder(other)), other);
 }
 
 TEST(Paths, Trailing_separators_are_added_once_and_removed_all) {
@@ -81,8 +81,8 @@ TEST(Paths, Trailing_separators_are_added_once_and_removed_all) {
         XString stripped(Native(row.path).c_str()), added(stripped);
         paths::StripTrailingSeparators(stripped);
         paths::AddTrailingSeparator(added);
-        EXPECT_EQ(Str(stripped), Native(row.stripped));
-        EXPECT_EQ(Str(added), Native(row.added));
+        EXPECT_EQ(Units(stripped), Native(row.stripped));
+        EXPECT_EQ(Units(added), Native(row.added));
     }
 }
 
@@ -118,8 +118,8 @@ TEST(Paths, SplitLastFolder_cuts_the_last_part_off) {
                       {u"C:\\\\Music", u"Music", u"C:\\\\"}};
     for (const auto& row : rows) {
         XString path(Native(row.path).c_str());
-        EXPECT_EQ(Str(paths::SplitLastFolder(path)), Native(row.part));
-        EXPECT_EQ(Str(path), Native(row.rest));
+        EXPECT_EQ(Units(paths::SplitLastFolder(path)), Native(row.part));
+        EXPECT_EQ(Units(path), Native(row.rest));
     }
 }
 
@@ -127,7 +127,7 @@ TEST(Paths, SplitLastFolder_leaves_a_root_and_a_path_without_one_alone) {
     for (const char16_t* row : {u"C:\\", u"C:\\\\", u"C:", u"track", u""}) {
         XString path(Native(row).c_str());
         EXPECT_TRUE(paths::SplitLastFolder(path).IsEmpty()) << testing::PrintToString(row);
-        EXPECT_EQ(Str(path), Native(row));
+        EXPECT_EQ(Units(path), Native(row));
     }
 }
 
@@ -135,21 +135,21 @@ TEST(Paths, ToLongPath_prefixes_from_the_limit_on) {
     for (const std::int32_t limit : {paths::kOtherLimit, paths::kCreateLimit}) {
         const std::u16string below = PathOfLength(static_cast<std::size_t>(limit) - 1);
         const std::u16string at = PathOfLength(static_cast<std::size_t>(limit));
-        EXPECT_EQ(Str(paths::ToLongPath(below.c_str(), limit)), below);
-        EXPECT_EQ(Str(paths::ToLongPath(at.c_str(), limit)), LongForm(at));
+        EXPECT_EQ(Units(paths::ToLongPath(below.c_str(), limit)), below);
+        EXPECT_EQ(Units(paths::ToLongPath(at.c_str(), limit)), LongForm(at));
     }
 }
 
 TEST(Paths, ToLongPath_prefixes_a_relative_path_as_well) {
     const std::u16string path(300, u'x');
-    EXPECT_EQ(Str(paths::ToLongPath(path.c_str(), 248)), LongForm(path));
+    EXPECT_EQ(Units(paths::ToLongPath(path.c_str(), 248)), LongForm(path));
 }
 
 TEST(Paths, ToLongPath_leaves_network_paths_and_prefixed_ones_alone) {
     for (const char16_t* begin : {u"\\\\server\\share\\", u"\\\\?\\C:\\"}) {
         std::u16string path = Native(begin);
         path.resize(300, u'x');
-        EXPECT_EQ(Str(paths::ToLongPath(path.c_str(), 248)), path);
+        EXPECT_EQ(Units(paths::ToLongPath(path.c_str(), 248)), path);
     }
 }
 

@@ -42,7 +42,7 @@ TEST(Registry, Gives_back_the_text_that_was_written) {
     for (const std::u16string& text : {std::u16string(u"text"), std::u16string(u"\x00E9\x4E2D\xD834\xDD1E"),
                                        std::u16string(5000, u'x'), std::u16string()}) {
         EXPECT_TRUE(XRegistry::WriteString(text.c_str(), u"text", Key()));
-        EXPECT_EQ(Str(XRegistry::ReadString(u"text", Key())), text);
+        EXPECT_EQ(Units(XRegistry::ReadString(u"text", Key())), text);
     }
 }
 
@@ -85,7 +85,7 @@ TEST(Registry, Asks_for_the_access_it_needs_and_closes_every_key) {
     const KeyCount keys;
     EXPECT_TRUE(XRegistry::WriteString(u"x", u"access", Key()));
     EXPECT_EQ(keys.lastAccess, 0x20006u);
-    EXPECT_EQ(Str(XRegistry::ReadString(u"access", Key())), u"x");
+    EXPECT_EQ(Units(XRegistry::ReadString(u"access", Key())), u"x");
     EXPECT_EQ(keys.lastAccess, 1u);
     EXPECT_TRUE(XRegistry::ReadString(u"no such value", Key()).IsEmpty());
     EXPECT_EQ(keys.opens.Calls(), keys.closes.Calls());
@@ -120,20 +120,20 @@ TEST(Registry, ReadValue_zeroes_the_buffer_for_what_is_no_text_or_does_not_fit) 
 TEST(Registry, A_text_to_be_expanded_is_a_text) {
     const char16_t text[] = u"%PATH%";
     ASSERT_TRUE(WriteBytes(u"expand", text, sizeof text, platform::kRegExpandString));
-    EXPECT_EQ(Str(XRegistry::ReadString(u"expand", Key())), text);
+    EXPECT_EQ(Units(XRegistry::ReadString(u"expand", Key())), text);
 }
 
 TEST(Registry, A_value_without_an_end_or_of_odd_size_is_read_no_further_than_it_goes) {
     const char16_t text[] = u"abcdef";
     ASSERT_TRUE(WriteBytes(u"endless", text, 8, platform::kRegString));
-    EXPECT_EQ(Str(XRegistry::ReadString(u"endless", Key())), u"abcd");
+    EXPECT_EQ(Units(XRegistry::ReadString(u"endless", Key())), u"abcd");
     ASSERT_TRUE(WriteBytes(u"odd", text, 5, platform::kRegString));
-    EXPECT_EQ(Str(XRegistry::ReadString(u"odd", Key())).substr(0, 2), u"ab");
+    EXPECT_EQ(Units(XRegistry::ReadString(u"odd", Key())).substr(0, 2), u"ab");
     EXPECT_LE(XRegistry::ReadString(u"odd", Key()).Length(), 3);
     ASSERT_TRUE(WriteBytes(u"byte", text, 1, platform::kRegString));
     EXPECT_LE(XRegistry::ReadString(u"byte", Key()).Length(), 1);
     ASSERT_TRUE(WriteBytes(u"inner", u"a\0b", 8, platform::kRegString));
-    EXPECT_EQ(Str(XRegistry::ReadString(u"inner", Key())), u"a");
+    EXPECT_EQ(Units(XRegistry::ReadString(u"inner", Key())), u"a");
 }
 
 TEST(Registry, A_value_that_grows_while_it_is_read_gives_nothing) {
@@ -170,7 +170,7 @@ TEST(Registry, A_platform_that_fails_gives_nothing_and_leaks_no_key) {
     writes.FailAlways(5u);
     EXPECT_FALSE(XRegistry::WriteString(u"x", u"failing", Key()));
     EXPECT_EQ(keys.opens.Calls(), keys.closes.Calls());
-    EXPECT_EQ(Str(XRegistry::ReadString(u"failing", Key())), u"text");
+    EXPECT_EQ(Units(XRegistry::ReadString(u"failing", Key())), u"text");
 }
 
 TEST(Registry, A_value_that_claims_an_impossible_size_gives_nothing) {

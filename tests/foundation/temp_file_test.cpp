@@ -26,7 +26,7 @@ class TempFolderIs {
 };
 
 std::u16string NameOf(const XTempFile& file) {
-    return Str(paths::GetFileName(file));
+    return Units(paths::GetFileName(file));
 }
 
 // "QvT", a number below 9999 and ".tmp".
@@ -49,7 +49,7 @@ TEST(TempFile, Is_empty_in_the_folder_for_it_and_goes_with_its_owner) {
         EXPECT_TRUE(file.IsEmpty());
         file.Generate();
         name = NameOf(file);
-        EXPECT_EQ(Str(file), temp / name);
+        EXPECT_EQ(Units(file), temp / name);
         EXPECT_EQ(name.substr(0, 3), u"QvT");
         EXPECT_TRUE(temp.Has(name));
         EXPECT_EQ(temp.Read(name), "");
@@ -89,7 +89,7 @@ TEST(TempFile, Takes_a_random_number_where_the_platform_gives_no_name) {
         file.Generate();
         ExpectRandomName(file);
         name = NameOf(file);
-        EXPECT_EQ(Str(file), temp / name);
+        EXPECT_EQ(Units(file), temp / name);
         EXPECT_TRUE(temp.Has(name));
         EXPECT_EQ(temp.Read(name), "");
         EXPECT_EQ(names.Calls(), 1);
