@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <thread>
@@ -71,7 +70,7 @@ CHILD_PROGRAM(print_surroundings) {
     WriteToStream(kStdOutput, std::filesystem::current_path().string());
     const char* const path = std::getenv("PATH");
     WriteToStream(kStdError, path ? path : "none");
-    return std::fgetc(stdin) == EOF ? 0 : 1;
+    return 0;
 }
 
 CHILD_PROGRAM(flood) {
@@ -128,7 +127,7 @@ TEST(Processes, get_their_arguments_as_Windows_programs_read_a_line) {
     }
 }
 
-TEST(Processes, share_folder_and_environment_and_have_nothing_to_read) {
+TEST(Processes, share_folder_and_environment) {
     RunningChild child("print_surroundings");
     EXPECT_EQ(child.Finish(), 0u);
     EXPECT_EQ(child.Output(), std::filesystem::current_path().string());
