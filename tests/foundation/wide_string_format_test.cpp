@@ -66,16 +66,17 @@ TEST(WideStringFormat, Format_tries_again_with_five_times_the_buffer) {
     }
 }
 
+// The sign tells who wrote the number: only the fallback writes d unsigned.
 TEST(WideStringFormat, Format_gives_up_behind_its_largest_buffer) {
-    const std::u16string tenth = Repeated(u'x', 78125000 / 8);
-    const char16_t* const part = tenth.c_str();
+    constexpr int kLargest = 78125000, kSecondLargest = kLargest / 5;
+    const std::u16string half = Repeated(u'x', kLargest / 2);
     XString text;
-    text.Format(u"%d%s%s%s%s%s%s%s%s", -1, part + 3, part, part, part, part, part, part, part);
-    EXPECT_EQ(text.Length(), 78124999);
-    EXPECT_EQ(Units(text.Left(3)), u"-1x");
-    text.Format(u"%d%s%s%s%s%s%s%s%s", -1, part + 2, part, part, part, part, part, part, part);
-    EXPECT_EQ(text.Length(), 78125000 - 2 + 10);
-    EXPECT_EQ(Units(text.Left(11)), u"4294967295x");  // the fallback writes d unsigned
+    text.Format(u"%s%d", half.c_str() + kLargest / 2 - kSecondLargest, -1);
+    EXPECT_EQ(text.Length(), kSecondLargest + 2);
+    EXPECT_EQ(Units(text.Right(3)), u"x-1");
+    text.Format(u"%d%s%s", -1, half.c_str() + 2, half.c_str());  // with its NUL one unit too many
+    EXPECT_EQ(text.Length(), kLargest - 2 + 10);
+    EXPECT_EQ(Units(text.Left(11)), u"4294967295x");
 }
 
 TEST(WideStringFormat, Format_empties_the_string_before_it_reads_its_arguments) {
