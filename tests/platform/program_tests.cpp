@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 
 #include "open_file.h"
@@ -71,6 +72,10 @@ CHILD_PROGRAM(write_both_streams) {
     return GetConsoleWidth(GetStdHandle(kStdOutput)) == 0 ? 0 : 1;
 }
 
+CHILD_PROGRAM(read_input) {
+    return std::fgetc(stdin) == EOF ? 0 : 1;
+}
+
 CHILD_PROGRAM(take_interruptions) {
     return SetConsoleCtrlHandler([](std::uint32_t) {}) ? 0 : 1;
 }
@@ -85,6 +90,10 @@ TEST(Program, WriteConsoleText_writes_UTF_8_where_there_is_no_console) {
     const Ended run = RunToEnd(child::CommandLine("write_both_streams"));
     EXPECT_EQ(run.output, "out \xC3\xA9\xF0\x9F\x8E\xB5 err");
     EXPECT_EQ(run.exitCode, 0u);
+}
+
+TEST(Program, a_child_has_no_input_and_does_not_wait_for_any) {
+    EXPECT_EQ(RunToEnd(child::CommandLine("read_input")).exitCode, 0u);
 }
 
 TEST(Program, WriteConsoleText_has_no_length_limit) {

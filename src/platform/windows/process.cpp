@@ -64,6 +64,9 @@ bool StartChild(char16_t* commandLine, std::uint32_t flags, const ChildStreams& 
     STARTUPINFOEXW startup{};
     startup.StartupInfo.cb = sizeof startup;
     startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+    // Null would do on Windows itself; Wine puts the hidden console's input in its place, where a reader
+    // waits for ever.
+    startup.StartupInfo.hStdInput = INVALID_HANDLE_VALUE;
     startup.StartupInfo.hStdOutput = Native(streams.output);
     startup.StartupInfo.hStdError = Native(streams.error);
     startup.lpAttributeList = inherited.List();
