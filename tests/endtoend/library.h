@@ -7,12 +7,13 @@
 #include "quavermill/quavermill.h"
 
 // Every export.  X(name)
-#define QV_EXPORTS(X)                                                                             \
-    X(QACCreate)                                                                                  \
-    X(QACDestroy) X(QACGetLastError) X(QACGetLastInfo) X(QACAddIDTagToList) X(QACClearIDTagList)  \
-        X(QACReadIDTagList) X(QACRemoveFromIDTagList) X(QACSetTagWriteThrough) X(QACAddDSPToList) \
-            X(QACClearDSPList) X(QACReadDSPList) X(QACRemoveFromDSPList) X(QACConvertAudio)       \
-                X(QACGetProgress) X(QACSetPriority) X(QACSetPause) X(QACSetCancelled) X(QACSetCPU)
+#define QV_EXPORTS(X)                                                                                        \
+    X(QACCreate)                                                                                             \
+    X(QACDestroy)                                                                                            \
+    X(QACGetLastError) X(QACGetLastInfo) X(QACAddIDTagToList) X(QACClearIDTagList) X(QACReadIDTagList)       \
+        X(QACRemoveFromIDTagList) X(QACSetTagWriteThrough) X(QACAddDSPToList) X(QACClearDSPList)             \
+            X(QACReadDSPList) X(QACRemoveFromDSPList) X(QACConvertAudio) X(QACGetProgress) X(QACSetPriority) \
+                X(QACSetPause) X(QACSetCancelled) X(QACSetCPU)
 
 class Library {
   public:
@@ -23,6 +24,7 @@ class Library {
 
     static std::u16string File();
     bool IsLoaded() const { return mModule != nullptr; }
+    platform::ModuleHandle Module() const { return mModule; }
     platform::EntryPoint Entry(const char* name) const { return platform::GetProcAddress(mModule, name); }
 
 #define QV_POINTER(name) decltype(&::name) name = reinterpret_cast<decltype(&::name)>(Entry(#name));

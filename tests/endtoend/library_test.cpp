@@ -1,12 +1,11 @@
 // The library as a host meets it: loaded from its file, called by name.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <utility>
 #include <vector>
 
 #include "endtoend/library.h"
-#include "platform/clock.h"
+#include "endtoend/stage.h"
 #include "support/handle_gauge.h"
 
 namespace {
@@ -16,15 +15,6 @@ const QvChar* In(const char16_t* text) {
 }
 QvChar* Out(char16_t* buffer) {
     return reinterpret_cast<QvChar*>(buffer);
-}
-
-bool Eventually(const std::function<bool()>& condition) {
-    const std::uint32_t start = platform::GetTickCount();
-    while (!condition()) {
-        if (platform::GetTickCount() - start > 60000) return false;
-        platform::Sleep(1);
-    }
-    return true;
 }
 
 class BuiltLibrary : public testing::Test {
