@@ -3,19 +3,25 @@
 // As a rule by posix_spawn, which copies nothing of the host's memory. A child that is to end with this
 // process has to ask the system for that itself, between fork and exec; and the system means the end of the
 // thread that forked. So one thread, made for this and never ended, does it.
+//
+// This code stands in a process twice when a program of ours uses the library, and the program's choice has
+// to reach the library's children. The two know nothing of each other but share the environment, so that is
+// where the choice is kept, with the id of the process that made it: its children inherit the variable, not
+// the meaning.
 #include "platform/posix/launch.h"
 
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <stdlib.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <system_error>
 #include <thread>
 
@@ -164,29 +170,43 @@ class Keeper {
     int mReason = 0;
 };
 
-constinit std::atomic<Keeper*> gKeeper = nullptr;  // lives as long as the process, as its thread does
+// Started with the first child that needs it; it lives as long as the process, as its thread does. Null with
+// errno when there is no room for a thread.
+Keeper* TheKeeper() {
+    static std::mutex lock;
+    static Keeper* keeper = nullptr;
+    const std::lock_guard turn(lock);
+    if (keeper) return keeper;
+    auto fresh = std::make_unique<Keeper>();
+    try {
+        std::thread(&Keeper::Run, fresh.get()).detach();
+    } catch (const std::system_error&) {
+        errno = EAGAIN;
+        return nullptr;
+    }
+    return keeper = fresh.release();
+}
+
+constexpr const char* kBoundTo = "QUAVERMILL_CHILDREN_END_WITH";
+
+bool ChildrenAreBound() {
+    const char* const id = getenv(kBoundTo);
+    return id && id == std::to_string(getpid());
+}
 
 }  // namespace
 
 pid_t Start(const Launch& launch) {
-    if (Keeper* const keeper = gKeeper) return keeper->Start(launch);
+    if (ChildrenAreBound()) {
+        Keeper* const keeper = TheKeeper();
+        return keeper ? keeper->Start(launch) : -1;
+    }
     const std::vector<char*> arguments = PointersTo(launch.arguments);
     return SpawnPlan(launch).Run(arguments.data());
 }
 
 bool BindChildrenToThisProcess() {
-    static std::mutex lock;
-    const std::lock_guard turn(lock);
-    if (gKeeper) return true;
-    auto keeper = std::make_unique<Keeper>();
-    try {
-        std::thread(&Keeper::Run, keeper.get()).detach();
-    } catch (const std::system_error&) {
-        errno = EAGAIN;
-        return false;
-    }
-    gKeeper = keeper.release();
-    return true;
+    return setenv(kBoundTo, std::to_string(getpid()).c_str(), 1) == 0;
 }
 
 }  // namespace platform::posix

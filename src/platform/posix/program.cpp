@@ -26,9 +26,12 @@ Handle StandardStream(std::uint32_t which) {
     return fcntl(descriptor, F_GETFD) >= 0 ? descriptor : FailedHandle(kInvalidHandle);
 }
 
+// A terminal that was never told its size has the usual one.
 std::uint32_t TerminalWidth(Handle stream) {
+    constexpr std::uint32_t kUsualWidth = 80;
     winsize size{};
-    return ioctl(DescriptorOf(stream), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+    if (ioctl(DescriptorOf(stream), TIOCGWINSZ, &size) != 0) return 0;
+    return size.ws_col > 0 ? size.ws_col : kUsualWidth;
 }
 
 void WriteText(Handle stream, const char16_t* text) {
