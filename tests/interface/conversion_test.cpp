@@ -1,13 +1,17 @@
 // A conversion as the host drives it: what reaches the converter, and how far it is said to be.
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "interface/host.h"
 #include "platform/file.h"
 #include "platform/module.h"
+#include "platform/pipe.h"
 #include "platform/process.h"
 #include "platform/synchronisation.h"
 #include "supervisor/owner.h"
 #include "support/allocation_faults.h"
+#include "support/child.h"
 #include "support/handle_gauge.h"
 
 namespace {
@@ -383,6 +387,42 @@ TEST(ConversionWithTimers, Reaches_100_where_the_timer_service_refuses) {
     ASSERT_TRUE(host.PollUntil(100));
     EXPECT_EQ(host.Errors(), u"sour words\r\n");
     EXPECT_NE(host.Info().find(u"last words\r\n"), std::u16string::npos);
+}
+
+TEST(ConversionWithTimers, Two_handles_convert_side_by_side_in_two_threads) {
+    Faulty<platform::CreateProcessW> starts;
+    starts.Replace([&](char16_t*, std::uint32_t flags, const platform::ChildStreams& streams,
+                       platform::ChildHandles* handles) {
+        std::u16string line = child::CommandLine("Quiet");
+        return starts.Native(line.data(), flags, streams, handles);
+    });
+    std::atomic<int> finished = 0;
+    const auto convert = [&finished] {
+        Host host;
+        for (int run = 0; run < 5; ++run) {
+            if (host.Convert() && host.PollUntil(100) && host.Errors().empty()) ++finished;
+        }
+    };
+    std::thread first(convert), second(convert);
+    first.join();
+    second.join();
+    EXPECT_EQ(finished, 10);
+}
+
+// Whoever can't be told of the end is not told of it: 100 stands for text that has arrived.
+TEST(ConversionWithTimers, Without_its_information_channel_it_ends_at_99) {
+    const ManualTimers timers;
+    Faulty<platform::CreatePipe> pipes;
+    pipes.FailCall(1, false);
+    Host host;
+    const Launch launch("Quiet");
+    ASSERT_TRUE(host.Convert());
+    ASSERT_TRUE(Eventually([&] {
+        host.Progress();
+        return host->encoderProcess.Finished();
+    }));
+    for (int tick = 0; tick < 5; ++tick) timers.Tick();
+    EXPECT_EQ(host.Progress(), 99u);
 }
 
 TEST_F(Conversion, The_trace_shows_its_steps) {
