@@ -112,8 +112,8 @@ TEST_F(Pipes, a_full_pipe_holds_its_writer_until_there_is_room) {
     std::string got, bytes(10000, '\0');
     std::uint32_t read = 0;
     while (ReadFile(mReader, bytes.data(), 10000, &read)) got.append(bytes, 0, read);
-    writer.join();
     EXPECT_EQ(GetLastError(), kErrorBrokenPipe);
+    writer.join();
     EXPECT_TRUE(got == sent) << got.size();
 }
 

@@ -104,9 +104,9 @@ TEST(Registry, keys_and_names_know_no_ASCII_case) {
 TEST(Registry, a_shorter_value_leaves_nothing_of_the_longer) {
     const Key key(Base() + u"\\shorter");
     EXPECT_EQ(key.Set(u"name", std::string(1000, 'x')), kErrorSuccess);
-    EXPECT_EQ(key.Set(u"name", std::string("y\0", 2), kRegString), kErrorSuccess);
+    EXPECT_EQ(key.Set(u"name", std::string("y\0\0\0", 4), kRegString), kErrorSuccess);
     std::uint32_t type = 0;
-    EXPECT_EQ(key.Get(u"name", &type), std::string("y\0", 2));
+    EXPECT_EQ(key.Get(u"name", &type), std::string("y\0\0\0", 4));
     EXPECT_EQ(type, kRegString);
 }
 
