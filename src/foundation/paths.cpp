@@ -67,8 +67,7 @@ std::int32_t GetRootEnd(const XString& path) {
 XString SplitLastFolder(XString& path) {
     XString whole(path);
     StripTrailingSeparators(whole);
-    const std::int32_t rootEnd = GetRootEnd(path);
-    if (rootEnd == 1 || whole.Length() < rootEnd) return XString();
+    if (GetRootEnd(whole) == 1) return XString();  // a bare root has just lost the separator that made it one
     XString last = GetFileName(whole);
     path = GetFolder(whole);
     return last;

@@ -48,7 +48,6 @@ platform::Handle XPipe::DetachWriteEnd() {
 
 clByteStore* XPipe::ReadAvailable(bool* failed) {
     mBuffer.SetCursor(0);
-    *failed = false;
     while (mBuffer.Cursor() < kLargestDrain && ReadOnce(failed)) {
     }
     return &mBuffer;

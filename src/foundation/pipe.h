@@ -21,6 +21,8 @@ class XPipe {
     clByteStore* ReadAvailable(bool* failed);
     void Close();
 
+    // Writes into the pipe; closed once the write end has been given away.
+    XFile& Writer() { return mWriter; }
     platform::Handle ReadHandle() const { return mReadHandle; }
     platform::Handle WriteHandle() const { return mWriteHandle; }
 

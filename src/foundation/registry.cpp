@@ -50,9 +50,8 @@ std::uint32_t ValueSize(const char16_t* name, const char16_t* subKey) {
 
 platform::Handle XRegistry::OpenKey(std::uint32_t access, const char16_t* subKey) {
     platform::Handle key = platform::kNullHandle;
-    if (!subKey || *subKey == 0) return key;
-    const bool opened = platform::RegCreateKeyExW(subKey, access, &key) == platform::kErrorSuccess;
-    return opened ? key : platform::kNullHandle;
+    if (subKey && *subKey != 0) platform::RegCreateKeyExW(subKey, access, &key);
+    return key;
 }
 
 void XRegistry::ReadValue(void* buffer, std::uint32_t size, const char16_t* name, const char16_t* subKey,

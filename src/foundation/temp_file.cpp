@@ -1,6 +1,8 @@
 // The platform picks the name. Where it can't, a random number does. A folder that is missing is made.
 #include "foundation/temp_file.h"
 
+#include <new>
+
 #include "foundation/file.h"
 #include "foundation/paths.h"
 #include "foundation/random.h"
@@ -27,11 +29,15 @@ XString RandomName(const XString& folder) {
 }  // namespace
 
 XTempFile::~XTempFile() {
-    Remove();
+    try {
+        paths::DeleteFile(*this);
+    } catch (const std::bad_alloc&) {
+        // The file stays behind; its owner can go all the same.
+    }
 }
 
 void XTempFile::Generate() {
-    Remove();
+    paths::DeleteFile(*this);
     const XString folder = paths::GetTempFolder();
     XString name = PlatformName(folder);
     if (name.IsEmpty()) name = RandomName(folder);
@@ -40,8 +46,4 @@ void XTempFile::Generate() {
     if (file.Create()) return;
     paths::CreateFolder(folder);
     file.Create();
-}
-
-void XTempFile::Remove() {
-    if (!IsEmpty()) paths::DeleteFile(*this);
 }

@@ -13,7 +13,4 @@ class XTempFile : public XString {
     // Takes a new name; the file then exists and is empty, unless the folder can't be written to, which shows
     // when it is opened.
     void Generate();
-
-  private:
-    void Remove();
 };

@@ -214,8 +214,10 @@ TEST_F(Log, Works_unlocked_before_its_start_and_behind_its_end) {
     Line(u"x");
     XLog::ShutDown();
     EXPECT_EQ(waits.Calls(), 0);
+    Faulty<platform::CreateMutexW> mutexes;
     XLog::StartUp();
     XLog::StartUp();
+    EXPECT_EQ(mutexes.Calls(), 1);
     Line(u"<-<-");
     EXPECT_EQ(waits.Calls(), 1);
     EXPECT_EQ(mTrace.Take(), u"->->\r\n  x\r\n<-<-\r\n");
@@ -288,11 +290,9 @@ CHILD_PROGRAM(FirstLogLine) {
     const XString path(argv[0]);
     XFile file(path);
     if (!file.Create()) return 1;
-    XLog log;
+    const XLog log{0, 0, file.mHandle};
     XLog::StartUp();
-    XLog::Write(u"->->", log, nullptr, false, nullptr);
-    log.mTraceOut = file.mHandle;
-    XLog::Write(u"first", log, nullptr, true, nullptr);
+    XLog::Write(XLog::kEnter, log, "First", true, nullptr);
     XLog::Write(u"second", log, nullptr, true, nullptr);
     XLog::ShutDown();
     return 0;
@@ -315,7 +315,7 @@ TEST_F(Log, The_first_line_of_a_process_has_no_indent) {
     const std::string bytes = temp.Read(u"log");
     std::u16string text(bytes.size() / sizeof(char16_t), u'\0');
     std::memcpy(text.data(), bytes.data(), text.size() * sizeof(char16_t));
-    EXPECT_EQ(text, u"first\r\n  second\r\n");
+    EXPECT_EQ(text, u"->->  [First]\r\n  second\r\n");
 }
 
 }  // namespace

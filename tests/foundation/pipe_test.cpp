@@ -100,12 +100,25 @@ TEST(Pipe, What_its_writers_left_comes_with_the_news_that_they_are_gone) {
     EXPECT_EQ(Drain(pipe, true), "");
 }
 
+TEST(Pipe, Is_written_through_its_writer_which_asks_nothing_of_the_user) {
+    XPipe pipe;
+    EXPECT_FALSE(pipe.Writer().IsOpen());
+    ASSERT_TRUE(pipe.Create());
+    EXPECT_TRUE(pipe.Writer().Write("text", 4));
+    EXPECT_FALSE(pipe.Writer().mShowErrors);
+    EXPECT_FALSE(pipe.Writer().mOwnsHandle);
+    EXPECT_EQ(Drain(pipe), "text");
+    pipe.Close();
+    EXPECT_FALSE(pipe.Writer().IsOpen());
+}
+
 TEST(Pipe, DetachWriteEnd_gives_the_end_away_once) {
     XPipe pipe;
     ASSERT_TRUE(pipe.Create());
     const platform::Handle end = pipe.DetachWriteEnd();
     ASSERT_NE(end, platform::kInvalidHandle);
     EXPECT_EQ(pipe.WriteHandle(), platform::kInvalidHandle);
+    EXPECT_FALSE(pipe.Writer().IsOpen());
     EXPECT_EQ(pipe.DetachWriteEnd(), platform::kInvalidHandle);
     Send(end, "text");
     EXPECT_EQ(Drain(pipe), "text");

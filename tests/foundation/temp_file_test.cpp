@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 #include "foundation/native_text.h"
 #include "foundation/paths.h"
 #include "platform/file.h"
+#include "support/allocation_faults.h"
 #include "support/faults.h"
 #include "support/temp_folder.h"
 
@@ -76,6 +78,22 @@ TEST(TempFile, An_empty_one_deletes_nothing) {
     Faulty<platform::DeleteFileW> deletions;
     { const XTempFile file; }
     EXPECT_EQ(deletions.Calls(), 0);
+}
+
+TEST(TempFile, Can_be_destroyed_when_memory_has_ended) {
+    const TempFolder temp;
+    const TempFolderIs here(temp.MakeFolder(std::u16string(150, u'x')));
+    auto file = std::make_unique<XTempFile>();
+    file->Generate();
+    ASSERT_FALSE(file->IsEmpty());
+    bool failed = false;
+    {
+        AllocationFaults memory;
+        memory.FailFrom(1);
+        file.reset();
+        failed = memory.HasFailed();
+    }
+    EXPECT_TRUE(failed);
 }
 
 TEST(TempFile, Takes_a_random_number_where_the_platform_gives_no_name) {
