@@ -57,7 +57,8 @@ ExitCode PassBlocks(const Command& command, Source& source, Target& target, Life
         }
         if (source.IsDamaged()) return ExitCode::kSourceDamaged;
         target.Write(block);
-        if (target.HasFailed()) return ExitCode::kOutputFailed;
+        if (target.HasFailed())
+            return Refuse(reporter, ExitCode::kOutputFailed, u"Can't write", command.destination);
         reporter.Percent(source.Percent());
     } while (block.finished == 0);
     return ExitCode::kDone;

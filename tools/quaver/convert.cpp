@@ -124,7 +124,9 @@ bool Watch(Host& host, Progress& progress, Transcript& transcript, bool quiet) {
         }
         QACGetProgress(host.Handle(), &percent);
         transcript.Gather(host);
-        if (!quiet && !cancelled) progress.Show(percent);
+        // A run that failed has come to its end at 100 too.
+        const bool worthShowing = percent < 100 || transcript.Complete();
+        if (!quiet && !cancelled && worthShowing) progress.Show(percent);
     }
     transcript.Gather(host);
     progress.Clear();
