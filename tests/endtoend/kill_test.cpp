@@ -64,7 +64,10 @@ class OwnConverter {
         platform::Sleep(1);
         return percent < 100;
     }
-    void Kill() const { platform::TerminateProcess(mProcess); }
+    // Once the end of the process was taken notice of, its handle is closed.
+    void Kill() const {
+        if (mConverter->encoderProcess.Running()) platform::TerminateProcess(mProcess);
+    }
 
   private:
     Faulty<platform::CreateProcessW> mStarts;

@@ -160,6 +160,7 @@ TEST_F(QuaverRun, Tells_why_a_conversion_failed) {
     const std::u16string cut = files.Write(u"cut.wav", CutRecording(300000, 4000));
     ExpectNothingWritten({u"convert", cut, destination}, kFailed, "cut.wav");
     EXPECT_NE(errors.find("The conversion failed; nothing was written."), std::string::npos) << errors;
+    EXPECT_EQ(errors.find("100%"), std::string::npos) << errors;
     ExpectNothingWritten({u"convert", u"--dsp", u"Echo=1", source, destination}, kFailed,
                          "There is no effect 'Echo'");
     ExpectNothingWritten({u"convert", source, files / u"missing/out.wav"}, kFailed, "Can't write beside");
