@@ -1,7 +1,8 @@
 // What the library does when the loader has something to say: it remembers its own module handle, and with
-// the first word and the last it sets up and takes down the log that all handles share. The loader speaks
+// the first word and the last it sets up and takes down what all handles share. The loader speaks
 // with one voice at a time, so nothing here is locked.
 #include "foundation/log.h"
+#include "foundation/random.h"
 #include "interface/module_handle.h"
 
 namespace {
@@ -14,6 +15,7 @@ void platform::OnLibraryNotification(ModuleHandle self, bool attached) {
     gStarted = attached;
     if (attached) {
         XLog::StartUp();
+        XRandom::Shared();
     } else {
         XLog::ShutDown();
     }
