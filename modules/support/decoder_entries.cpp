@@ -4,7 +4,7 @@
 
 #include "modules/support/entry_guard.h"
 #include "modules/support/module_decoder.h"
-#include "modules/support/module_text.h"
+#include "plugins/module_text.h"
 
 namespace {
 
@@ -37,11 +37,11 @@ bool Tags(Instance& self, clOpenFileRec& record) {
     clIDTagList tags;
     record.tagData = nullptr;
     record.tagDataSize = 0;
-    if (!self.decoder->ReadTags(UnitsOf(record.file), tags)) return false;
+    if (!self.decoder->ReadTags(FromQvText(record.file), tags)) return false;
     if (tags.Count() == 0) return true;
     if (!Flatten(self, tags)) return false;
     if (self.flat.Size() >= kTagLimit) {
-        self.decoder->Log().Error(UnitsOf(record.file), u"its tags are larger than can be handed on");
+        self.decoder->Log().Error(FromQvText(record.file), u"its tags are larger than can be handed on");
         return false;
     }
     record.tagData = self.flat.Data();
@@ -53,7 +53,7 @@ bool PropertyRows(Instance& self, clOpenFileRec& record) {
     clIDTagList rows;
     record.propertyData = nullptr;
     record.propertyDataSize = 0;
-    if (!self.decoder->ReadPropertyRows(UnitsOf(record.file), rows) || !Flatten(self, rows)) return false;
+    if (!self.decoder->ReadPropertyRows(FromQvText(record.file), rows) || !Flatten(self, rows)) return false;
     record.propertyData = self.flat.Data();
     record.propertyDataSize = self.flat.Size();
     return true;
@@ -62,7 +62,7 @@ bool PropertyRows(Instance& self, clOpenFileRec& record) {
 bool Audio(Instance& self, clOpenFileRec& record) {
     static_assert(sizeof(QvFormatExtensible) == sizeof(record.format));
     clAudioInformation information;
-    const char16_t* file = UnitsOf(record.file);
+    const char16_t* file = FromQvText(record.file);
     const bool good = record.request == QV_OPEN_DECODING ? self.decoder->OpenForDecoding(file, information)
                                                          : self.decoder->ReadInformation(file, information);
     std::memcpy(record.format, &information.format, sizeof record.format);
@@ -82,13 +82,13 @@ bool Dispatch(Instance& self, clOpenFileRec& record) {
         case QV_OPEN_PROPERTY_ROWS:
             return PropertyRows(self, record);
         default:
-            self.decoder->Log().Error(UnitsOf(record.file), u"opened for something that is not known");
+            self.decoder->Log().Error(FromQvText(record.file), u"opened for something that is not known");
             return false;
     }
 }
 
 bool IsKey(const QvChar* key, const char16_t* name) {
-    return key && XString(name) == UnitsOf(key);
+    return key && XString(name) == FromQvText(key);
 }
 
 bool HandOut(Instance& self, clBlockRec& block) {
@@ -119,8 +119,8 @@ int32_t QV_CALL Get(QvInstance instance, const QvChar* key, clCodecQueryRec* que
     return Serve(instance, 0, [&](Instance& self) {
         const std::span<const clFileType> types = self.decoder->FileTypes();
         if (!query || !IsKey(key, u"Decodes") || query->index >= types.size()) return 0;
-        query->text = ContractText(types[query->index].extension);
-        query->description = ContractText(types[query->index].description);
+        query->text = ToQvText(types[query->index].extension);
+        query->description = ToQvText(types[query->index].description);
         return 1;
     });
 }
@@ -130,7 +130,7 @@ int32_t QV_CALL Set(QvInstance instance, const QvChar* key, const clCodecQueryRe
         if (!query || !query->text || !IsKey(key, u"IDTags")) return 0;
         clIDTagList tags;
         if (query->data) tags.Deserialise(query->data, query->dataSize);
-        return self.decoder->WriteTags(UnitsOf(query->text), tags) ? 1 : 0;
+        return self.decoder->WriteTags(FromQvText(query->text), tags) ? 1 : 0;
     });
 }
 
@@ -159,7 +159,7 @@ void QV_CALL SetPosition(QvInstance instance, int64_t frame) {
 
 int32_t QV_CALL DeleteATag(QvInstance instance, const QvChar* file, const QvChar* name) {
     return Serve(instance, 0, [&](Instance& self) {
-        const char16_t* tag = name ? UnitsOf(name) : u"";
-        return file && self.decoder->DeleteTags(UnitsOf(file), tag) ? 1 : 0;
+        const char16_t* tag = name ? FromQvText(name) : u"";
+        return file && self.decoder->DeleteTags(FromQvText(file), tag) ? 1 : 0;
     });
 }

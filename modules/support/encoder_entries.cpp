@@ -4,7 +4,7 @@
 
 #include "modules/support/entry_guard.h"
 #include "modules/support/module_encoder.h"
-#include "modules/support/module_text.h"
+#include "plugins/module_text.h"
 
 namespace {
 
@@ -26,8 +26,8 @@ bool Begin(clModuleEncoder& encoder, const clEncoderSessionRec& session) {
     if (!session.file) return false;
     QvFormatExtensible format;
     std::memcpy(&format, session.format, sizeof format);
-    const char16_t* settings = session.settings ? UnitsOf(session.settings) : u"";
-    return encoder.Begin(UnitsOf(session.file), settings, format);
+    const char16_t* settings = session.settings ? FromQvText(session.settings) : u"";
+    return encoder.Begin(FromQvText(session.file), settings, format);
 }
 
 }  // namespace
@@ -44,8 +44,8 @@ void QV_CALL ENC_Destroy(QvInstance instance) {
 
 int32_t QV_CALL ENC_Get(QvInstance instance, const QvChar* key, clCodecQueryRec* query) {
     return Serve(instance, [&](clModuleEncoder& encoder) {
-        if (!query || !key || !(XString(u"Extension") == UnitsOf(key))) return false;
-        query->text = ContractText(encoder.Extension());
+        if (!query || !key || !(XString(u"Extension") == FromQvText(key))) return false;
+        query->text = ToQvText(encoder.Extension());
         return true;
     });
 }

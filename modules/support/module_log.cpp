@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "modules/support/module_text.h"
+#include "modules/support/join.h"
 #include "platform/file.h"
 
 namespace {

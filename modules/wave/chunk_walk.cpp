@@ -2,16 +2,18 @@
 
 #include <algorithm>
 
+#include "modules/support/join.h"
 #include "modules/support/little_endian.h"
-#include "modules/support/module_text.h"
 
 namespace {
 
 constexpr std::uint32_t kHeaderBytes = 8;
 constexpr std::uint32_t kFirstChunk = 12;
 constexpr std::uint32_t kSizeElsewhere = 0xFFFFFFFF;
-constexpr std::uint32_t kSizeOfOneStreamer = 0x7FFFF000;  // what SoX writes when it can't go back
-constexpr std::uint32_t kSizes64Bytes = 24;               // three sizes; then the count and rows of a table
+// What SoX writes when it can't go back: this, rounded down to whole frames.
+constexpr std::uint64_t kSizeOfOneStreamer = 0x7FFFF000;
+constexpr std::uint64_t kLargestFrame = 0xFFFF;
+constexpr std::uint32_t kSizes64Bytes = 24;  // three sizes; then the count and rows of a table
 constexpr std::uint32_t kRowBytes = 12;
 
 }  // namespace
@@ -81,7 +83,9 @@ bool clChunkWalk::Next(clChunk& chunk) {
     const std::uint64_t rest = mFile.Size() - chunk.position;
     if (chunk.id == ChunkId("data")) {
         if (chunk.claimed == 0) chunk.isOpen = rest > 0 && WasStreamed(chunk.position);
-        if (chunk.claimed == kSizeOfOneStreamer && rest < chunk.claimed) chunk.isOpen = true;
+        const bool fromPipe =
+            chunk.claimed <= kSizeOfOneStreamer && chunk.claimed > kSizeOfOneStreamer - kLargestFrame;
+        if (fromPipe && rest < chunk.claimed) chunk.isOpen = true;
     }
     if (chunk.isOpen) chunk.claimed = rest;
     chunk.available = std::min(chunk.claimed, rest);

@@ -1,6 +1,6 @@
 #include "modules/wave/property_rows.h"
 
-#include "modules/support/module_text.h"
+#include "modules/support/join.h"
 
 namespace {
 

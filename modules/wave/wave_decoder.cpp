@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "modules/support/module_text.h"
+#include "modules/support/join.h"
 #include "modules/wave/info_tags.h"
 #include "modules/wave/property_rows.h"
 

@@ -1,6 +1,6 @@
 #include "modules/wave/wave_encoder.h"
 
-#include "modules/support/module_text.h"
+#include "modules/support/join.h"
 
 bool clWaveEncoder::Begin(const char16_t* file, const char16_t* settings, const QvFormatExtensible& format) {
     mWriter.Close();

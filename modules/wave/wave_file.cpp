@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "modules/support/join.h"
 #include "modules/support/little_endian.h"
-#include "modules/support/module_text.h"
 #include "modules/support/scale.h"
 
 bool clWaveFile::Open(const char16_t* path, const clModuleLog& log) {

@@ -8,8 +8,8 @@
 #include <iterator>
 
 #include "audio/format.h"
+#include "modules/support/join.h"
 #include "modules/support/little_endian.h"
-#include "modules/support/module_text.h"
 #include "modules/support/scale.h"
 
 namespace {
@@ -88,8 +88,10 @@ std::uint32_t clWaveFormat::TellFramesPerBlock() const {
     const QvFormat& head = Head();
     if (IsPlain()) return 1;
     // A kind of samples that has no tag of ours, in frames of one size all the same.
-    if (IsExtensible())
-        return head.wBitsPerSample > 0 && head.nBlockAlign * 8 == head.nChannels * head.wBitsPerSample;
+    if (IsExtensible()) {
+        const std::uint32_t frameBits = std::uint32_t{head.nChannels} * head.wBitsPerSample;
+        return frameBits > 0 && frameBits == head.nBlockAlign * 8u;
+    }
     const Type* type = FindType(mType);
     return type && type->tellsFramesPerBlock && head.cbSize >= 2 ? mRecord.wValidBitsPerSample : 0;
 }

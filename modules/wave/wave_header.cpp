@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "audio/format.h"
+#include "modules/support/join.h"
 #include "modules/support/little_endian.h"
-#include "modules/support/module_text.h"
 #include "modules/wave/chunk_walk.h"
 
 namespace {
@@ -65,17 +65,21 @@ XString clWaveHeader::Relabel(WaveHeader header) {
 XString clWaveHeader::PlanFormatChunk() {
     std::memcpy(mFormatChunk.data(), &mFormat.Record(), sizeof(QvFormatExtensible));
     mFormatBytes = mFormat.Head().wFormatTag == QV_FORMAT_PCM ? 16 : mFormat.RecordBytes();
-    if (mFormat.Head().wFormatTag != QV_FORMAT_ADPCM || mFormat.Head().cbSize < 4) return XString();
+    return mFormat.Head().wFormatTag == QV_FORMAT_ADPCM ? CompleteAdpcm() : XString();
+}
 
-    const std::uint8_t* extension = mFormatChunk.data() + sizeof(QvFormat);
+XString clWaveHeader::CompleteAdpcm() {
+    const std::uint32_t there = mFormat.Head().cbSize;
+    std::uint8_t* extension = mFormatChunk.data() + sizeof(QvFormat);
     const std::uint32_t pairs = Get16(extension + 2);
-    if (4 + pairs * 4 <= mFormat.Head().cbSize) return XString();
-    std::uint8_t standard[sizeof kAdpcmPairs];
-    std::uint8_t* at = standard;
+    if (there < 4 || 4 + pairs * 4 <= there) return XString();
+    std::uint8_t known[sizeof kAdpcmPairs];
+    std::uint8_t* at = known;
     for (const std::int16_t value : kAdpcmPairs) at = Put16(at, static_cast<std::uint16_t>(value));
-    if (pairs != kAdpcmPairCount || std::memcmp(extension + 4, standard, mFormat.Head().cbSize - 4u) != 0)
+    const bool wasCut = there == kExtensionBytes && pairs == kAdpcmPairCount;
+    if (!wasCut || std::memcmp(extension + 4, known, there - 4) != 0)
         return u"its ADPCM coefficients are incomplete";
-    std::memcpy(mFormatChunk.data() + sizeof(QvFormat) + 4, standard, sizeof standard);
+    std::memcpy(extension + 4, known, sizeof known);
     Put16(mFormatChunk.data() + 16, kAdpcmExtension);
     mFormatBytes = sizeof(QvFormat) + kAdpcmExtension;
     return XString();

@@ -31,6 +31,7 @@ class clWaveHeader {
   private:
     XString Relabel(WaveHeader header);
     XString PlanFormatChunk();
+    XString CompleteAdpcm();
     void Compose(std::uint64_t audioBytes, std::uint64_t wholeBytes);
     std::uint32_t AudioPosition() const;
     bool HasFact() const;

@@ -1,6 +1,6 @@
 #include "modules/wave/wave_settings.h"
 
-#include "modules/support/module_text.h"
+#include "modules/support/join.h"
 
 namespace {
 

@@ -76,6 +76,8 @@ TEST_F(WaveDecoding, A_length_that_was_left_open_runs_to_the_end_of_the_file) {
          Claiming("RIFF", 0xFFFFFFFF, "WAVE" + StereoFormat() + Claiming("data", 0, kAudio))},
         {"what one program writes into a pipe",
          Claiming("RIFF", 0x7FFFF024, "WAVE" + StereoFormat() + Claiming("data", 0x7FFFF000, kAudio))},
+        {"the same for frames of 12 bytes",
+         Claiming("RIFF", 0x7FFFF020, "WAVE" + StereoFormat() + Claiming("data", 0x7FFFEFFC, kAudio))},
         {"64 bits, all zero", Claiming("RF64", 0xFFFFFFFF, open64 + Claiming("data", 0xFFFFFFFF, kAudio))},
         {"64 bits without their sizes",
          Claiming("RF64", 0xFFFFFFFF, "WAVE" + StereoFormat() + Claiming("data", 0xFFFFFFFF, kAudio))},

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "modules/wave/wave_encoder.h"
+#include "plugins/module_text.h"
 #include "wave/wave_bytes.h"
 #include "wave/wave_modules.h"
 
@@ -94,6 +95,9 @@ TEST_F(WaveEncoding, The_known_coefficients_of_MS_ADPCM_are_completed) {
 TEST_F(WaveEncoding, Other_coefficients_that_the_record_has_no_room_for_are_refused) {
     const auto format = Coded(QV_FORMAT_ADPCM, 2, 22050, 22311, 1024, 4, MsAdpcm(Noise(18)));
     ExpectRefusal(format, u"", u"its ADPCM coefficients are incomplete");
+    QvFormatExtensible damaged =
+        Coded(QV_FORMAT_ADPCM, 2, 22050, 22311, 1024, 4, MsAdpcm(kPairs.substr(0, 4)));
+    ExpectRefusal(damaged, u"", u"its ADPCM coefficients are incomplete");  // not cut by the record's room
 }
 
 TEST_F(WaveEncoding, Settings_choose_the_header) {
@@ -171,7 +175,7 @@ TEST_F(WaveEncoding, A_file_that_outgrows_32_bits_becomes_one_of_64) {
 TEST_F(WaveEncoding, A_file_that_was_never_ended_is_readable_up_to_where_it_came) {
     clEncoderSessionRec session{};
     const std::u16string path = mFolder / u"a.wav";
-    session.file = reinterpret_cast<const QvChar*>(path.c_str());  // settings are null: none
+    session.file = ToQvText(path.c_str());  // settings are null: none
     std::memcpy(session.format, &kStereo, sizeof kStereo);
     ASSERT_TRUE(mModules.Encoder().Create(mModules.Log().Log()));
     ASSERT_TRUE(mModules.Encoder().BeginConversion(&session));
@@ -200,7 +204,7 @@ TEST_F(WaveEncoding, An_encoding_that_never_began_does_not_end) {
 TEST_F(WaveEncoding, An_empty_last_block_is_a_block) {
     clEncoderSessionRec session{};
     const std::u16string path = mFolder / u"a.wav";
-    session.file = reinterpret_cast<const QvChar*>(path.c_str());
+    session.file = ToQvText(path.c_str());
     std::memcpy(session.format, &kStereo, sizeof kStereo);
     ASSERT_TRUE(mModules.Encoder().Create(mModules.Log().Log()));
     ASSERT_TRUE(mModules.Encoder().BeginConversion(&session));
@@ -215,7 +219,7 @@ TEST_F(WaveEncoding, The_encoder_names_its_extension_and_has_no_panel) {
     clCodecQueryRec query{};
     ASSERT_TRUE(mModules.Encoder().Create(mModules.Log().Log()));
     EXPECT_TRUE(mModules.Encoder().Get(u"Extension", &query));
-    EXPECT_TRUE(XString(u".wav") == reinterpret_cast<const char16_t*>(query.text));
+    EXPECT_TRUE(XString(u".wav") == FromQvText(query.text));
     EXPECT_FALSE(mModules.Encoder().Get(u"Decodes", &query));
     EXPECT_FALSE(mModules.Encoder().Set(u"Extension", &query));
     mModules.Encoder().ShowConfigBit(0, 0, 0, u"");

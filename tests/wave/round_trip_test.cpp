@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "plugins/module_text.h"
 #include "wave/wave_bytes.h"
 #include "wave/wave_modules.h"
 
@@ -108,7 +109,7 @@ TEST(WaveRoundTrip, a_decoder_and_its_file_serve_again_after_close) {
     for (const auto& [name, bytes] : {std::pair{u"a.wav", 100000u}, {u"b.wav", 40u}, {u"a.wav", 100000u}}) {
         const std::u16string path = folder / name;
         clOpenFileRec record{};
-        record.file = reinterpret_cast<const QvChar*>(path.c_str());
+        record.file = ToQvText(path.c_str());
         record.request = QV_OPEN_DECODING;
         ASSERT_TRUE(modules.Decoder().Open(&record));  // with no Close before the next
         std::string audio;

@@ -13,6 +13,7 @@
 #include "modules/support/module_encoder.h"
 #include "modules/support/scale.h"
 #include "platform/file.h"
+#include "plugins/module_text.h"
 #include "support/faults.h"
 #include "support/temp_folder.h"
 #include "wave/log_files.h"
@@ -70,10 +71,6 @@ class TroubledEncoder : public clModuleEncoder {
     bool mGood = false;
 };
 
-const QvChar* Text(const char16_t* text) {
-    return reinterpret_cast<const QvChar*>(text);
-}
-
 }  // namespace
 
 std::unique_ptr<clModuleDecoder> MakeDecoder(const clModuleLog& log) {
@@ -111,14 +108,14 @@ class Entries : public testing::Test {
 
 TEST_F(Entries, of_a_decoder_let_no_exception_out) {
     clCodecQueryRec query{};
-    query.text = Text(u"a");
+    query.text = ToQvText(u"a");
     clOpenFileRec open{};
-    open.file = Text(u"a");
+    open.file = ToQvText(u"a");
     ExpectCaught("Create", 0, [&] { return static_cast<int>(Create(&mRecord)); });
     const QvInstance instance = Create(&mRecord);
     ASSERT_NE(instance, 0u);
-    ExpectCaught("Get", 0, [&] { return Get(instance, Text(u"Decodes"), &query); });
-    ExpectCaught("Set", 0, [&] { return Set(instance, Text(u"IDTags"), &query); });
+    ExpectCaught("Get", 0, [&] { return Get(instance, ToQvText(u"Decodes"), &query); });
+    ExpectCaught("Set", 0, [&] { return Set(instance, ToQvText(u"IDTags"), &query); });
     for (const std::uint32_t request : {1u, 4u, 8u, 16u}) {
         open.request = request;
         ExpectCaught("Open", 0, [&] { return Open(instance, &open); });
@@ -126,7 +123,7 @@ TEST_F(Entries, of_a_decoder_let_no_exception_out) {
     }
     ExpectCaught("Close", 0, [&] { return Close(instance, nullptr), 0; });
     ExpectCaught("SetPosition", 0, [&] { return SetPosition(instance, 1), 0; });
-    ExpectCaught("DeleteATag", 0, [&] { return DeleteATag(instance, Text(u"a"), nullptr); });
+    ExpectCaught("DeleteATag", 0, [&] { return DeleteATag(instance, ToQvText(u"a"), nullptr); });
     ExpectCaught("DecodeBlock", 1, [&] {
         clBlockRec block;
         std::memset(&block, 0xEE, sizeof block);
@@ -143,10 +140,10 @@ TEST_F(Entries, of_an_encoder_let_no_exception_out_and_fail_the_encoding) {
     clEncoderSessionRec session{};
     clBlockRec block{};
     std::uint32_t reserved = 0;
-    session.file = Text(u"a");
+    session.file = ToQvText(u"a");
     ExpectCaught("Create", 0, [&] { return static_cast<int>(ENC_Create(&mRecord)); });
     const QvInstance instance = ENC_Create(&mRecord);
-    ExpectCaught("Get", 0, [&] { return ENC_Get(instance, Text(u"Extension"), &query); });
+    ExpectCaught("Get", 0, [&] { return ENC_Get(instance, ToQvText(u"Extension"), &query); });
     ExpectCaught("Begin", 0, [&] { return ENC_BeginConversion(instance, &session); });
     EXPECT_EQ(ENC_EndConversion(instance, &session, &reserved), 0);
     EXPECT_EQ(ENC_BeginConversion(instance, &session), 1);
@@ -158,7 +155,7 @@ TEST_F(Entries, of_an_encoder_let_no_exception_out_and_fail_the_encoding) {
 
 TEST_F(Entries, without_an_instance_or_a_record_do_nothing) {
     clBlockRec block{};
-    EXPECT_EQ(Get(0, Text(u"Decodes"), nullptr), 0);
+    EXPECT_EQ(Get(0, ToQvText(u"Decodes"), nullptr), 0);
     EXPECT_EQ(Open(0, nullptr), 0);
     EXPECT_EQ(DecodeBlock(0, &block), 1);
     EXPECT_EQ(ValueOf(block.finished), 1u);
@@ -172,12 +169,12 @@ TEST_F(Entries, without_an_instance_or_a_record_do_nothing) {
     const QvInstance decoder = Create(nullptr), encoder = ENC_Create(nullptr);
     clCodecQueryRec query{};
     clOpenFileRec open{};
-    EXPECT_EQ(Get(decoder, nullptr, &query) + Get(decoder, Text(u"Decodes"), nullptr), 0);
-    EXPECT_EQ(Set(decoder, Text(u"IDTags"), &query) + Set(decoder, nullptr, nullptr), 0);
+    EXPECT_EQ(Get(decoder, nullptr, &query) + Get(decoder, ToQvText(u"Decodes"), nullptr), 0);
+    EXPECT_EQ(Set(decoder, ToQvText(u"IDTags"), &query) + Set(decoder, nullptr, nullptr), 0);
     EXPECT_EQ(Open(decoder, nullptr) + Open(decoder, &open), 0);
     EXPECT_EQ(DeleteATag(decoder, nullptr, nullptr), 0);
     EXPECT_EQ(ENC_BeginConversion(encoder, nullptr) + ENC_EncodeBlock(encoder, nullptr), 0);
-    EXPECT_EQ(ENC_Get(encoder, nullptr, &query) + ENC_Get(encoder, Text(u"Extension"), nullptr), 0);
+    EXPECT_EQ(ENC_Get(encoder, nullptr, &query) + ENC_Get(encoder, ToQvText(u"Extension"), nullptr), 0);
     Destroy(decoder);
     ENC_Destroy(encoder);
 }
@@ -185,7 +182,7 @@ TEST_F(Entries, without_an_instance_or_a_record_do_nothing) {
 TEST_F(Entries, hand_out_no_tags_that_the_library_would_not_take) {
     const QvInstance instance = Create(&mRecord);
     clOpenFileRec open{};
-    open.file = Text(u"a.x");
+    open.file = ToQvText(u"a.x");
     open.request = QV_OPEN_TAGS;
     for (const auto& [count, fits] :
          {std::pair{4629, true}, {4630, false}}) {  // 216 bytes a row, 4 before them

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "foundation/id_tag_list.h"
+#include "plugins/module_text.h"
 #include "wave/wave_bytes.h"
 #include "wave/wave_modules.h"
 
@@ -127,7 +128,7 @@ TEST_F(WaveRows, Tags_are_not_written_yet_and_the_module_says_so) {
     ASSERT_TRUE(mModules.Decoder().Create(mModules.Log().Log()));
     clCodecQueryRec query{};
     const std::uint8_t none[4] = {};
-    query.text = reinterpret_cast<const QvChar*>(path.c_str());
+    query.text = ToQvText(path.c_str());
     query.data = none;
     query.dataSize = sizeof none;
     EXPECT_FALSE(mModules.Decoder().Set(u"IDTags", &query));
@@ -200,7 +201,7 @@ TEST_F(WaveRows, Reading_about_a_file_while_it_is_decoded_is_possible) {
     ASSERT_TRUE(other.Load(TreeModule(u"decoder").c_str()));
     ASSERT_TRUE(other.Create(mModules.Log().Log()));
     clOpenFileRec record{};
-    record.file = reinterpret_cast<const QvChar*>(mPath.c_str());
+    record.file = ToQvText(mPath.c_str());
     record.request = QV_OPEN_PROPERTIES;
     EXPECT_TRUE(other.Open(&record));
     std::string audio;
@@ -217,7 +218,7 @@ TEST_F(WaveRows, Types_are_listed_until_the_first_row_that_does_not_exist) {
         clCodecQueryRec query{};
         query.index = i;
         ASSERT_TRUE(decoder.Get(u"Decodes", &query));
-        EXPECT_TRUE(XString(extensions[i]) == reinterpret_cast<const char16_t*>(query.text));
+        EXPECT_TRUE(XString(extensions[i]) == FromQvText(query.text));
         EXPECT_NE(ValueOf(query.description), nullptr);
     }
     for (const std::uint32_t index : {4u, 5u, 0xFFFFFFFFu}) {

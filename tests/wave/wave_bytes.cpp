@@ -59,7 +59,7 @@ QvFormatExtensible Plain(std::uint16_t tag, std::uint16_t channels, std::uint32_
     head.nChannels = channels;
     head.nSamplesPerSec = rate;
     head.wBitsPerSample = bits;
-    head.nBlockAlign = static_cast<std::uint16_t>(channels * bits / 8);
+    head.nBlockAlign = static_cast<std::uint16_t>(std::uint32_t{channels} * bits / 8);
     head.nAvgBytesPerSec = rate * head.nBlockAlign;
     return record;
 }

@@ -1,4 +1,5 @@
 #include "wave/wave_modules.h"
+#include "plugins/module_text.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +33,7 @@ bool WaveModules::Open(const std::u16string& file, std::uint32_t request, clOpen
     mDecoder.Destroy();
     EXPECT_TRUE(mDecoder.Create(mLog.Log()));
     std::memset(&record, 0xEE, sizeof record);  // as good as never cleared
-    record.file = reinterpret_cast<const QvChar*>(file.c_str());
+    record.file = ToQvText(file.c_str());
     record.request = request;
     record.tagDataSize = 0;
     return mDecoder.Open(&record);
@@ -64,8 +65,8 @@ Decoding WaveModules::Decode(const std::u16string& file) {
 bool WaveModules::Encode(const std::u16string& file, const QvFormatExtensible& format, std::string_view audio,
                          std::vector<std::uint32_t> pieces, const char16_t* settings) {
     clEncoderSessionRec session{};
-    session.file = reinterpret_cast<const QvChar*>(file.c_str());
-    session.settings = reinterpret_cast<const QvChar*>(settings);
+    session.file = ToQvText(file.c_str());
+    session.settings = ToQvText(settings);
     std::memcpy(session.format, &format, sizeof format);
     session.formatPointer = session.format;
     if (!mEncoder.Instance() && !mEncoder.Create(mLog.Log())) return false;
