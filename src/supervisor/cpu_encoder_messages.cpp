@@ -69,7 +69,7 @@ void CPUEncoder::TakeLine(Stream stream, const XString& line) {
 // True when the line is a message, whether or not it did anything. The first split is at the line's first
 // colon, wherever the token stands, so a colon before the token makes a message for somebody else of it.
 bool CPUEncoder::ParseMessage(const XString& line) {
-    if (line.Length() < 1 || line.Find(u"MSGTO: ") == 0) return false;
+    if (line.Find(u"MSGTO: ") == 0) return false;
     XString ignored, recipientPart, recipient, keyPart, key, value;
     if (SplitAtColon(line, ignored, recipientPart) && SplitAtColon(recipientPart, recipient, keyPart) &&
         recipient == u"qMC" && SplitAtColon(keyPart, key, value)) {

@@ -50,6 +50,16 @@ void PrepareAndStart(CPUEncoder& encoder, const char16_t* text, const clIDTagLis
     encoder.ServiceCLI(false, true, 2);
 }
 
+// Whether there come to be no more handles and threads than then, within a minute.
+bool NoMoreThan(const HandleGauge& before) {
+    for (const std::uint32_t start = platform::GetTickCount(); platform::GetTickCount() - start < 60000;) {
+        const HandleGauge now;
+        if (now.freshest <= before.freshest && now.threads <= before.threads) return true;
+        platform::Sleep(1);
+    }
+    return false;
+}
+
 constexpr std::u16string_view kMessage = u"MSGTO: qMC: PCDone: 55\r\n";
 
 std::uint32_t Size(std::u16string_view text) {
@@ -58,9 +68,10 @@ std::uint32_t Size(std::u16string_view text) {
 
 }  // namespace
 
+// A child that was left alone ends a little later, and what the platform holds for it goes with it.
 TEST(SupervisorResources, runs_leave_no_handle_behind_however_they_end) {
-    for (const bool warm : {false, true}) {
-        const HandleGauge before;
+    HandleGauge before;
+    for (int round = 0; round < 3; ++round) {
         {
             ActiveRun ended("leaves");
             EXPECT_TRUE(ended.owner.PollUntilEnd());
@@ -74,9 +85,9 @@ TEST(SupervisorResources, runs_leave_no_handle_behind_however_they_end) {
             givenUp.owner.Poll();
             EXPECT_TRUE(givenUp.owner.encoder.Finished());
         }
-        { ActiveRun destroyed("hangs"); }
-        const HandleGauge after;
-        EXPECT_TRUE(!warm || before == after);
+        { const ActiveRun destroyed("hangs"); }
+        if (round == 0) before = HandleGauge();  // with what the first run makes once for all
+        EXPECT_TRUE(NoMoreThan(before));
     }
 }
 
@@ -96,9 +107,8 @@ TEST(SupervisorResources, start_that_runs_out_of_memory_leaves_nothing_behind) {
             life.encoder.reset();
             live = life.memory.Live();
         }
-        const HandleGauge after;
         EXPECT_EQ(live, 0) << call;
-        EXPECT_TRUE(before == after) << call;
+        EXPECT_TRUE(NoMoreThan(before)) << call;
         EXPECT_TRUE(failed || call > 20);
     }
 }

@@ -124,6 +124,19 @@ TEST(RotatingLine, start_begins_its_turn_anew) {
     EXPECT_EQ(watcher.Poll(), u"in");
 }
 
+TEST(RotatingLine, preparation_begins_its_turn_and_its_two_seconds_anew) {
+    Watcher watcher;
+    EXPECT_EQ(watcher.Poll(), kNone);
+    for (int poll = 1; poll <= 10; ++poll) watcher.Poll();
+    watcher.owner.Create();
+    watcher.clock.Advance(2000);
+    EXPECT_EQ(watcher.Poll(), kNone);
+    watcher.Say(u"Action", u"doing");
+    watcher.Say(u"ActionInput", u"in");
+    for (int poll = 2; poll <= 15; ++poll) EXPECT_EQ(watcher.Poll(), u"doing");
+    EXPECT_EQ(watcher.Poll(), u"in");
+}
+
 TEST(RotatingLine, run_that_has_ended_leaves_the_line_blank) {
     Owner owner;
     const Launch launch("converts");

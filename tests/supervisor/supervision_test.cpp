@@ -96,10 +96,11 @@ TEST(Supervision, cancel_before_the_child_has_opened_its_event_still_works) {
 }
 
 TEST(Supervision, null_events_are_skipped) {
+    const Signal bye;
     Faulty<platform::CreateEventW> events;
     events.FailAlways(platform::kNullHandle);
     Owner owner;
-    const Launch launch("converts");
+    const Launch launch("hangs", bye.As("bye"));
     owner.Create();
     owner.Start();
     Faulty<platform::SetEvent> sets;
@@ -109,10 +110,12 @@ TEST(Supervision, null_events_are_skipped) {
         EXPECT_EQ(handle, launch.child.process);
         return waits.Native(handle, ms);
     });
+    owner.Poll(false, true);
+    EXPECT_EQ(owner.encoder.Running(), 1u);
+    bye.Set();
     ASSERT_TRUE(owner.PollUntil([&] { return owner.encoder.Finished(); }, false, true));
     EXPECT_EQ(sets.Calls(), 0);
     EXPECT_EQ(resets.Calls(), 0);
-    EXPECT_EQ(owner.encoder.Percent(), 100);
 }
 
 TEST(Supervision, no_wait_has_a_timeout) {
@@ -282,6 +285,20 @@ TEST(Supervision, start_forgets_the_pause_of_the_last_run) {
     platform::CloseHandle(abandoned.process);
     platform::CloseHandle(abandoned.thread);
     EXPECT_TRUE(run.owner.PollUntilEnd());
+}
+
+TEST(Supervision, start_alone_forgets_a_pause_that_outlived_its_run) {
+    ActiveRun run("hangs");
+    run.owner.Poll(true);
+    platform::ResumeThread(run.launch.child.thread);
+    run.bye.Set();
+    ASSERT_TRUE(run.owner.PollUntil([&] { return run.owner.encoder.Finished(); }, true));
+    run.bye.Reset();
+    run.owner.Start();
+    Faulty<platform::ResumeThread> resumes;
+    run.owner.Poll(false);
+    EXPECT_EQ(run.owner.encoder.Running(), 1u);
+    EXPECT_EQ(resumes.Calls(), 0);
 }
 
 TEST(Supervision, priority_goes_to_the_thread_first_and_then_to_the_process) {
