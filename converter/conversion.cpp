@@ -8,7 +8,7 @@
 #include "converter/target.h"
 #include "foundation/id_tag_list.h"
 #include "foundation/paths.h"
-#include "plugins/module_text.h"
+#include "foundation/qv_text.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "converter/module_search.h"
+#include "foundation/qv_text.h"
 #include "plugins/codec_handler.h"
-#include "plugins/module_text.h"
 
 namespace {
 

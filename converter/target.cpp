@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "converter/module_search.h"
-#include "plugins/module_text.h"
+#include "foundation/qv_text.h"
 
 Target::Target(Reporter& reporter) : mErrors(reporter) {
     mLog.mErrorOut = mErrors.Channel();

@@ -11,7 +11,8 @@
 #include <assert.h>
 #endif
 
-/* One unit of text: UTF-16, native byte order. wchar_t on Windows, where it has 16 bits; char16_t elsewhere. */
+/* One unit of text: UTF-16, native byte order. wchar_t on Windows, where it has 16 bits; char16_t elsewhere.
+ */
 #if defined(_WIN32)
 typedef wchar_t QvChar;
 #elif defined(__cplusplus)
@@ -31,18 +32,20 @@ typedef char16_t QvChar;
 #ifdef __cplusplus
 #define QV_ASSERT_OFFSET(record, field, offset) \
     static_assert(offsetof(record, field) == (offset), #record "." #field " must stand at byte " #offset)
-#define QV_ASSERT_SIZE(record, size) static_assert(sizeof(record) == (size), #record " must have " #size " bytes")
+#define QV_ASSERT_SIZE(record, size) \
+    static_assert(sizeof(record) == (size), #record " must have " #size " bytes")
 #else
 #define QV_ASSERT_OFFSET(record, field, offset) \
     _Static_assert(offsetof(record, field) == (offset), #record "." #field " must stand at byte " #offset)
-#define QV_ASSERT_SIZE(record, size) _Static_assert(sizeof(record) == (size), #record " must have " #size " bytes")
+#define QV_ASSERT_SIZE(record, size) \
+    _Static_assert(sizeof(record) == (size), #record " must have " #size " bytes")
 #endif
 
 /* Values of QvFormat.wFormatTag and, for extensible records, of the first word of SubFormat. */
 enum {
-    QV_FORMAT_PCM = 1,        /* integer; 8 bits are unsigned, more are signed */
+    QV_FORMAT_PCM = 1, /* integer; 8 bits are unsigned, more are signed */
     QV_FORMAT_ADPCM = 2,
-    QV_FORMAT_FLOAT = 3,      /* IEEE float of 32 or 64 bits */
+    QV_FORMAT_FLOAT = 3, /* IEEE float of 32 or 64 bits */
     QV_FORMAT_ALAW = 6,
     QV_FORMAT_MULAW = 7,
     QV_FORMAT_MPEG = 80,
@@ -55,19 +58,20 @@ enum {
 typedef struct QvFormat {
     uint16_t wFormatTag;
     uint16_t nChannels;
-    uint32_t nSamplesPerSec;  /* hertz */
+    uint32_t nSamplesPerSec; /* hertz */
     uint32_t nAvgBytesPerSec;
-    uint16_t nBlockAlign;     /* bytes of one frame: one sample of every channel */
-    uint16_t wBitsPerSample;  /* of the container that holds a sample */
-    uint16_t cbSize;          /* bytes of this record behind the first 18; 0 in the plain form */
+    uint16_t nBlockAlign;    /* bytes of one frame: one sample of every channel */
+    uint16_t wBitsPerSample; /* of the container that holds a sample */
+    uint16_t cbSize;         /* bytes of this record behind the first 18; 0 in the plain form */
 } QvFormat;
 
 /* The extensible form: wFormatTag is 65534 and cbSize is 22. */
 typedef struct QvFormatExtensible {
     QvFormat Format;
     uint16_t wValidBitsPerSample;
-    uint32_t dwChannelMask;   /* one bit per loudspeaker position, as in WAVE files; 0 for none given */
-    uint8_t SubFormat[16];    /* little-endian: the format's number as 4 bytes, then 00 00 10 00 80 00 00 AA 00 38 9B 71 */
+    uint32_t dwChannelMask; /* one bit per loudspeaker position, as in WAVE files; 0 for none given */
+    uint8_t SubFormat[16];  /* little-endian: the format's number as 4 bytes, then 00 00 10 00 80 00 00 AA 00
+                               38 9B 71 */
 } QvFormatExtensible;
 
 #pragma pack(pop)

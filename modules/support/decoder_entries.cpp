@@ -2,9 +2,9 @@
 #define QV_DECODER_MODULE
 #include <cstring>
 
+#include "foundation/qv_text.h"
 #include "modules/support/entry_guard.h"
 #include "modules/support/module_decoder.h"
-#include "plugins/module_text.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 #define QV_ENCODER_MODULE
 #include <cstring>
 
+#include "foundation/qv_text.h"
 #include "modules/support/entry_guard.h"
 #include "modules/support/module_encoder.h"
-#include "plugins/module_text.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "modules/support/join.h"
+#include "foundation/joined.h"
 #include "platform/file.h"
 
 namespace {
@@ -15,7 +15,7 @@ void Send(platform::Handle channel, const char16_t* text, std::size_t length) {
 }
 
 void SendMessage(platform::Handle channel, const char16_t* file, const char16_t* message) {
-    const XString line = file ? Join({file, u": ", message, u"\r\n"}) : Join({message, u"\r\n"});
+    const XString line = file ? Joined({file, u": ", message, u"\r\n"}) : Joined({message, u"\r\n"});
     Send(channel, line.Text(), static_cast<std::size_t>(line.Length()));
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "modules/support/join.h"
+#include "foundation/joined.h"
 #include "modules/support/little_endian.h"
 
 namespace {
@@ -44,13 +44,10 @@ XString clChunkWalk::ReadSizes64() {
     if (size < kSizes64Bytes + 4) return XString();
     const std::uint64_t rows = std::min<std::uint64_t>(
         {Get32(bytes + kHeaderBytes + kSizes64Bytes), (size - kSizes64Bytes - 4) / kRowBytes, mLarge.size()});
-    for (; mLargeCount < rows; ++mLargeCount) {
-        std::uint8_t row[kRowBytes];
-        if (!mFile.Fetch(kFirstChunk + sizeof bytes + std::uint64_t{mLargeCount} * kRowBytes, row,
-                         sizeof row))
-            break;
-        mLarge[mLargeCount] = {Get32(row), Get64(row + 4)};
-    }
+    std::uint8_t row[kRowBytes];
+    std::uint64_t at = kFirstChunk + sizeof bytes;
+    for (; mLargeCount < rows && mFile.Fetch(at, row, sizeof row); at += kRowBytes)
+        mLarge[mLargeCount++] = {Get32(row), Get64(row + 4)};
     return XString();
 }
 

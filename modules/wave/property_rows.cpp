@@ -1,6 +1,6 @@
 #include "modules/wave/property_rows.h"
 
-#include "modules/support/join.h"
+#include "foundation/joined.h"
 
 namespace {
 
@@ -16,8 +16,8 @@ XString PaddedNumber(std::uint64_t number, std::int32_t digits) {
 
 // h:mm:ss.mmm
 XString Duration(std::uint64_t ms) {
-    return Join({Number(ms / 3600000).Text(), u":", PaddedNumber(ms / 60000 % 60, 2).Text(), u":",
-                 PaddedNumber(ms / 1000 % 60, 2).Text(), u".", PaddedNumber(ms % 1000, 3).Text()});
+    return Joined({Number(ms / 3600000).Text(), u":", PaddedNumber(ms / 60000 % 60, 2).Text(), u":",
+                   PaddedNumber(ms / 1000 % 60, 2).Text(), u".", PaddedNumber(ms % 1000, 3).Text()});
 }
 
 }  // namespace
@@ -30,13 +30,13 @@ void AddPropertyRows(const clWaveFile& file, clIDTagList& rows) {
     rows.Add(u"Channels", Number(head.nChannels).Text());
     if (format.IsExtensible() && format.Record().dwChannelMask != 0)
         rows.Add(u"Channel mask",
-                 Join({u"0x", XString::FromHex(format.Record().dwChannelMask).Text()}).Text());
-    rows.Add(u"Sample rate", Join({Number(head.nSamplesPerSec).Text(), u" Hz"}).Text());
+                 Joined({u"0x", XString::FromHex(format.Record().dwChannelMask).Text()}).Text());
+    rows.Add(u"Sample rate", Joined({Number(head.nSamplesPerSec).Text(), u" Hz"}).Text());
     if (head.wBitsPerSample != 0) rows.Add(u"Bits per sample", Number(head.wBitsPerSample).Text());
     if (format.IsExtensible() && format.Record().wValidBitsPerSample != head.wBitsPerSample)
         rows.Add(u"Valid bits", Number(format.Record().wValidBitsPerSample).Text());
     rows.Add(u"Bit rate",
-             Join({Number(std::uint64_t{head.nAvgBytesPerSec} * 8 / 1000).Text(), u" kbit/s"}).Text());
+             Joined({Number(std::uint64_t{head.nAvgBytesPerSec} * 8 / 1000).Text(), u" kbit/s"}).Text());
     rows.Add(u"Length", Duration(file.LengthMs()).Text());
-    rows.Add(u"File size", Join({Number(file.Size()).Text(), u" bytes"}).Text());
+    rows.Add(u"File size", Joined({Number(file.Size()).Text(), u" bytes"}).Text());
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "modules/support/join.h"
+#include "foundation/joined.h"
 #include "modules/wave/info_tags.h"
 #include "modules/wave/property_rows.h"
 
@@ -80,8 +80,8 @@ bool clWaveDecoder::OpenForDecoding(const char16_t* path, clAudioInformation& in
     if (!mBuffer) mBuffer = std::make_unique_for_overwrite<std::uint8_t[]>(kBlockBytes);
     mEnd = mFile.AudioBytes();
     if (mFile.LengthIsOpen()) {
-        mLog.Information(path, Join({u"its header leaves the length open, ", Number(mEnd).Text(),
-                                     u" bytes up to the end of the file are taken as audio"})
+        mLog.Information(path, Joined({u"its header leaves the length open, ", Number(mEnd).Text(),
+                                       u" bytes up to the end of the file are taken as audio"})
                                    .Text());
     }
     return true;
@@ -117,7 +117,7 @@ void clWaveDecoder::ReadNext(clDecodedBlock& block) {
     block.bytes = got;
     mPosition += got;
     if (!good) {
-        Cut(Join({u"can't be read (error ", Number(mFile.Reader().Error()).Text(), u")"}).Text());
+        Cut(Joined({u"can't be read (error ", Number(mFile.Reader().Error()).Text(), u")"}).Text());
     } else if (got < wanted) {  // the file has become shorter since it was opened
         ReportMissing(mFile.MissingBytes() + lost);
         mPosition = mEnd;
@@ -132,8 +132,8 @@ void clWaveDecoder::Cut(const char16_t* trouble) {
 }
 
 void clWaveDecoder::ReportMissing(std::uint64_t missing) {
-    Cut(Join({Number(missing).Text(), u" of ", Number(mFile.ClaimedBytes()).Text(),
-              u" bytes of audio are missing"})
+    Cut(Joined({Number(missing).Text(), u" of ", Number(mFile.ClaimedBytes()).Text(),
+                u" bytes of audio are missing"})
             .Text());
 }
 
@@ -145,7 +145,7 @@ void clWaveDecoder::Finish() {
     if (rest == 0) return;
     mLog.Information(
         mFile.Path().Text(),
-        Join({u"its last ", Number(rest).Text(), u" bytes make no whole frame and are left out"}).Text());
+        Joined({u"its last ", Number(rest).Text(), u" bytes make no whole frame and are left out"}).Text());
 }
 
 void clWaveDecoder::SetPosition(std::int64_t frame) {

@@ -1,6 +1,6 @@
 #include "modules/wave/wave_encoder.h"
 
-#include "modules/support/join.h"
+#include "foundation/joined.h"
 
 bool clWaveEncoder::Begin(const char16_t* file, const char16_t* settings, const QvFormatExtensible& format) {
     mWriter.Close();
@@ -11,7 +11,7 @@ bool clWaveEncoder::Begin(const char16_t* file, const char16_t* settings, const 
     if (!trouble.IsEmpty()) return Fail(trouble.Text());
     if (!mWriter.Create(file))
         return Fail(
-            Join({u"can't be created (error ", XString::FromUInt64(mWriter.Error()).Text(), u")"}).Text());
+            Joined({u"can't be created (error ", XString::FromUInt64(mWriter.Error()).Text(), u")"}).Text());
     const auto header = mHeader.MakeOpen();
     return mWriter.Append(header.data(), static_cast<std::uint32_t>(header.size())) || FailWriting();
 }
@@ -57,5 +57,5 @@ bool clWaveEncoder::Fail(const char16_t* trouble) {
 
 bool clWaveEncoder::FailWriting() {
     return Fail(
-        Join({u"can't be written (error ", XString::FromUInt64(mWriter.Error()).Text(), u")"}).Text());
+        Joined({u"can't be written (error ", XString::FromUInt64(mWriter.Error()).Text(), u")"}).Text());
 }

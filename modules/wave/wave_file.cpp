@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "modules/support/join.h"
+#include "foundation/joined.h"
 #include "modules/support/little_endian.h"
 #include "modules/support/scale.h"
 
@@ -10,11 +10,11 @@ bool clWaveFile::Open(const char16_t* path, const clModuleLog& log) {
     mPath = path;
     XString trouble;
     if (!mReader.Open(path)) {
-        trouble = Join({u"can't be opened (error ", XString::FromUInt64(mReader.Error()).Text(), u")"});
+        trouble = Joined({u"can't be opened (error ", XString::FromUInt64(mReader.Error()).Text(), u")"});
     } else {
         trouble = ReadHeaders();
         if (mReader.Error() != 0)
-            trouble = Join({u"can't be read (error ", XString::FromUInt64(mReader.Error()).Text(), u")"});
+            trouble = Joined({u"can't be read (error ", XString::FromUInt64(mReader.Error()).Text(), u")"});
     }
     if (trouble.IsEmpty()) return true;
     log.Error(path, trouble.Text());

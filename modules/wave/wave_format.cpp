@@ -8,7 +8,7 @@
 #include <iterator>
 
 #include "audio/format.h"
-#include "modules/support/join.h"
+#include "foundation/joined.h"
 #include "modules/support/little_endian.h"
 #include "modules/support/scale.h"
 
@@ -51,7 +51,7 @@ XString Number(std::uint64_t number) {
 
 XString clWaveFormat::TakeChunk(const std::uint8_t* bytes, std::uint64_t size) {
     if (size < kHeadBytes)
-        return Join({u"its fmt chunk has ", Number(size).Text(), u" bytes instead of at least 16"});
+        return Joined({u"its fmt chunk has ", Number(size).Text(), u" bytes instead of at least 16"});
     if (size == kHeadBytes + 1) return u"its fmt chunk of 17 bytes ends within a field";
     QvFormatExtensible record{};
     std::memcpy(&record, bytes, static_cast<std::size_t>(std::min<std::uint64_t>(size, sizeof record)));
@@ -104,7 +104,8 @@ bool clWaveFormat::IsPlain() const {
 XString clWaveFormat::Refusal() const {
     const QvFormat& head = Head();
     if (head.nChannels == 0 || head.nChannels > kMostChannels)
-        return Join({u"it claims ", Number(head.nChannels).Text(), u" channels, where 1 to 64 are possible"});
+        return Joined(
+            {u"it claims ", Number(head.nChannels).Text(), u" channels, where 1 to 64 are possible"});
     if (head.nSamplesPerSec == 0) return u"it claims a sample rate of 0";
     if (head.nBlockAlign == 0) return u"it claims blocks of 0 bytes";
     return IsPlain() ? PlainRefusal() : XString();
@@ -115,14 +116,14 @@ XString clWaveFormat::PlainRefusal() const {
     const Type& type = *FindType(mType);
     const std::uint16_t bits = head.wBitsPerSample;
     if (bits == 0 || std::ranges::find(type.bits, bits) == std::end(type.bits))
-        return Join({u"it claims ", type.name, u" samples of ", Number(bits).Text(), u" bits"});
+        return Joined({u"it claims ", type.name, u" samples of ", Number(bits).Text(), u" bits"});
     if (IsExtensible() && mRecord.wValidBitsPerSample > bits)
-        return Join({u"it claims ", Number(mRecord.wValidBitsPerSample).Text(), u" valid bits in samples of ",
-                     Number(bits).Text()});
+        return Joined({u"it claims ", Number(mRecord.wValidBitsPerSample).Text(),
+                       u" valid bits in samples of ", Number(bits).Text()});
     const std::uint64_t frameBytes = std::uint64_t{head.nChannels} * bits / 8;
     if (frameBytes != head.nBlockAlign)
-        return Join({u"it claims frames of ", Number(head.nBlockAlign).Text(),
-                     u" bytes, where its channels and bits make ", Number(frameBytes).Text()});
+        return Joined({u"it claims frames of ", Number(head.nBlockAlign).Text(),
+                       u" bytes, where its channels and bits make ", Number(frameBytes).Text()});
     if (frameBytes * head.nSamplesPerSec > UINT32_MAX)
         return u"it claims more bytes per second than a header can hold";
     return XString();
@@ -142,5 +143,5 @@ std::uint64_t clWaveFormat::BytePositionOf(std::uint64_t frame) const {
 
 XString clWaveFormat::CodecName() const {
     if (const Type* type = FindType(mType)) return type->name;
-    return Join({u"format tag 0x", XString::FromHex(mType).Text()});
+    return Joined({u"format tag 0x", XString::FromHex(mType).Text()});
 }

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "audio/format.h"
-#include "modules/support/join.h"
+#include "foundation/joined.h"
 #include "modules/support/little_endian.h"
 #include "modules/wave/chunk_walk.h"
 

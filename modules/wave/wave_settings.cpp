@@ -1,6 +1,6 @@
 #include "modules/wave/wave_settings.h"
 
-#include "modules/support/join.h"
+#include "foundation/joined.h"
 
 namespace {
 
@@ -24,5 +24,5 @@ XString ParseWaveSettings(const char16_t* text, WaveHeader* header) {
         *header = setting.header;
         return XString();
     }
-    return Join({u"the settings \"", trimmed.Text(), u"\" are not known to the WAVE encoder"});
+    return Joined({u"the settings \"", trimmed.Text(), u"\" are not known to the WAVE encoder"});
 }

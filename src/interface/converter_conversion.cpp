@@ -8,8 +8,8 @@
 // converter that writes the text itself.
 #include <algorithm>
 
+#include "foundation/joined.h"
 #include "interface/converter.h"
-#include "interface/text.h"
 #include "supervisor/quotes.h"
 
 namespace {

@@ -1,5 +1,6 @@
 // The host's list of effects. What is done to it goes to the trace in words; those are put together only
 // while a trace is written, since one of them reads the host's buffers.
+#include "foundation/joined.h"
 #include "interface/converter.h"
 #include "interface/text.h"
 

@@ -1,20 +1,11 @@
 // The gates: each tests the handle and forwards to the method of the same role, arguments unchanged. All
 // logic lies behind them. Four calls are too small for a method and do their work here, between the marks of
 // their name.
-//
-// Windows hosts see 16-bit text as wchar_t, the rooms of the library see it as char16_t on either system: In
-// and Out change the name of the type and nothing else.
+#include "foundation/qv_text.h"
 #include "interface/converter.h"
 #include "quavermill/quavermill.h"
 
 namespace {
-
-const char16_t* In(const QvChar* text) {
-    return reinterpret_cast<const char16_t*>(text);
-}
-char16_t* Out(QvChar* buffer) {
-    return reinterpret_cast<char16_t*>(buffer);
-}
 
 template <class... Parameters, class... Arguments>
 std::int32_t Forward(QvConverter* converter, std::int32_t (clConverter::*method)(Parameters...),
@@ -42,15 +33,15 @@ int32_t QACDestroy(QvConverter* converter) {
 }
 
 int32_t QACGetLastError(QvConverter* converter, QvChar* buffer) {
-    return Forward(converter, &clConverter::GetLastError, Out(buffer));
+    return Forward(converter, &clConverter::GetLastError, FromQvText(buffer));
 }
 
 int32_t QACGetLastInfo(QvConverter* converter, QvChar* buffer) {
-    return Forward(converter, &clConverter::GetLastInfo, Out(buffer));
+    return Forward(converter, &clConverter::GetLastInfo, FromQvText(buffer));
 }
 
 int32_t QACAddIDTagToList(QvConverter* converter, const QvChar* name, const QvChar* value) {
-    return Forward(converter, &clConverter::IDTagsAddToList, In(name), In(value));
+    return Forward(converter, &clConverter::IDTagsAddToList, FromQvText(name), FromQvText(value));
 }
 
 int32_t QACClearIDTagList(QvConverter* converter) {
@@ -59,7 +50,7 @@ int32_t QACClearIDTagList(QvConverter* converter) {
 }
 
 int32_t QACReadIDTagList(QvConverter* converter, int32_t index, QvChar* name, QvChar* value) {
-    return Forward(converter, &clConverter::IDTagsReadList, index, Out(name), Out(value));
+    return Forward(converter, &clConverter::IDTagsReadList, index, FromQvText(name), FromQvText(value));
 }
 
 int32_t QACRemoveFromIDTagList(QvConverter* converter, int32_t index) {
@@ -72,7 +63,7 @@ int32_t QACSetTagWriteThrough(QvConverter* converter, int32_t enabled) {
 }
 
 int32_t QACAddDSPToList(QvConverter* converter, const QvChar* name, const QvChar* settings) {
-    return Forward(converter, &clConverter::DSPAddToList, In(name), In(settings));
+    return Forward(converter, &clConverter::DSPAddToList, FromQvText(name), FromQvText(settings));
 }
 
 int32_t QACClearDSPList(QvConverter* converter) {
@@ -81,7 +72,7 @@ int32_t QACClearDSPList(QvConverter* converter) {
 }
 
 int32_t QACReadDSPList(QvConverter* converter, int32_t index, QvChar* name, QvChar* settings) {
-    return Forward(converter, &clConverter::DSPReadList, index, Out(name), Out(settings));
+    return Forward(converter, &clConverter::DSPReadList, index, FromQvText(name), FromQvText(settings));
 }
 
 int32_t QACRemoveFromDSPList(QvConverter* converter, int32_t index) {
@@ -90,8 +81,8 @@ int32_t QACRemoveFromDSPList(QvConverter* converter, int32_t index) {
 
 int32_t QACConvertAudio(QvConverter* converter, const QvChar* sourceFile, const QvChar* destinationFile,
                         const QvChar* encoderName, const QvChar* settings) {
-    return Forward(converter, &clConverter::ConvertAudio, In(sourceFile), In(destinationFile),
-                   In(encoderName), In(settings));
+    return Forward(converter, &clConverter::ConvertAudio, FromQvText(sourceFile), FromQvText(destinationFile),
+                   FromQvText(encoderName), FromQvText(settings));
 }
 
 int32_t QACGetProgress(QvConverter* converter, uint32_t* percent) {

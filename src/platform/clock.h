@@ -26,15 +26,15 @@ inline constexpr std::uint32_t kTimePeriodic = 1;
 using TimerCallback = void (*)(void* user);
 
 // Calls `callback` with `user` every `delayMs` on a thread of the timer service, one tick at a time, until
-// timeKillEvent. Resolution 0 asks for the service's best. A tick that is late is not made up for. Returns the timer's
-// identifier, or 0 when the service refuses. POSIX runs all timers of the process on one thread, started with the
-// first and ended with the last.
-extern Operation<std::uint32_t(std::uint32_t delayMs, std::uint32_t resolutionMs, TimerCallback callback, void* user,
-                               std::uint32_t flags)>
+// timeKillEvent. Resolution 0 asks for the service's best. A tick that is late is not made up for. Returns
+// the timer's identifier, or 0 when the service refuses. POSIX runs all timers of the process on one thread,
+// started with the first and ended with the last.
+extern Operation<std::uint32_t(std::uint32_t delayMs, std::uint32_t resolutionMs, TimerCallback callback,
+                               void* user, std::uint32_t flags)>
     timeSetEvent;
 
-// Ends a timer. When this returns no tick of it runs or will run; it therefore waits for one that is running and must
-// not be called from inside the tick. An unknown identifier is refused.
+// Ends a timer. When this returns no tick of it runs or will run; it therefore waits for one that is running
+// and must not be called from inside the tick. An unknown identifier is refused.
 extern Operation<bool(std::uint32_t timer)> timeKillEvent;
 
 }  // namespace platform

@@ -1,8 +1,8 @@
 // The calling thread's last error: a number that a failed operation leaves behind, as on Windows.
 //
-// Each thread has its own. A successful operation may leave it as it was, except where an operation's comment says
-// that it stores a number on success too. POSIX maps errno to the numbers below; what has no number here becomes
-// kErrorGeneral.
+// Each thread has its own. A successful operation may leave it as it was, except where an operation's comment
+// says that it stores a number on success too. POSIX maps errno to the numbers below; what has no number here
+// becomes kErrorGeneral.
 #pragma once
 
 #include <cstdint>

@@ -11,12 +11,12 @@ extern const char16_t kPathSeparator;
 // Put before a path that has reached an operation's limit; empty where no such prefix exists.
 extern const char16_t* const kLongPathPrefix;
 
-// A path's root ends behind its first separator at this 1-based position or later: 3 lets "C:\" and "\\server\" be
-// roots, 1 lets "/" be one.
+// A path's root ends behind its first separator at this 1-based position or later: 3 lets "C:\" and
+// "\\server\" be roots, 1 lets "/" be one.
 extern const std::int32_t kFirstRootSeparator;
 
-extern const char16_t* const kModuleExtension;       // ".dll", ".so"
-extern const char16_t* const kConverterFileName;     // "Quavercore.exe", "Quavercore"
-extern const char16_t* const kDefaultTempFolder;     // taken when the system names none, no trailing separator
+extern const char16_t* const kModuleExtension;    // ".dll", ".so"
+extern const char16_t* const kConverterFileName;  // "Quavercore.exe", "Quavercore"
+extern const char16_t* const kDefaultTempFolder;  // taken when the system names none, no trailing separator
 
 }  // namespace platform

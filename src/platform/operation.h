@@ -1,9 +1,10 @@
 // Operation: a call to the operating system that a test can replace.
 //
-// Every operation of the seam is one constant-initialised object of this type, defined by the platform's own side
-// with its native function. Callers write platform::ReadFile(...) as they would for the function itself; the cost is
-// one indirect call. A test substitutes a function of its own to look at the arguments, to count, to turn the clock
-// or to fail the n-th call (tests/support/faults.h). Substitution and calls may come from different threads.
+// Every operation of the seam is one constant-initialised object of this type, defined by the platform's own
+// side with its native function. Callers write platform::ReadFile(...) as they would for the function itself;
+// the cost is one indirect call. A test substitutes a function of its own to look at the arguments, to count,
+// to turn the clock or to fail the n-th call (tests/support/faults.h). Substitution and calls may come from
+// different threads.
 #pragma once
 
 #include <atomic>

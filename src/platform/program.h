@@ -1,5 +1,5 @@
-// What a program of ours needs of the system: its arguments, its terminal, its interruptions. The library itself uses
-// nothing of this.
+// What a program of ours needs of the system: its arguments, its terminal, its interruptions. The library
+// itself uses nothing of this.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,8 @@
 
 namespace platform {
 
-// Provided by the program that links qv_program_main: its arguments without the program's own name, in 16-bit text.
-// The result is the exit code.
+// Provided by the program that links qv_program_main: its arguments without the program's own name, in 16-bit
+// text. The result is the exit code.
 int ProgramMain(const std::vector<std::u16string>& arguments);
 
 inline constexpr std::uint32_t kStdOutput = 0xFFFFFFF5;
@@ -27,8 +27,9 @@ extern Operation<std::uint32_t(Handle stream)> GetConsoleWidth;
 // Writes text for a person: UTF-16 to a Windows console, UTF-8 elsewhere.
 extern Operation<void(Handle stream, const char16_t* text)> WriteConsoleText;
 
-// Calls `handler` with 1 for the first interruption (Ctrl-C, a request to end), 2 for the second and so on, on a
-// thread of its own or in a signal handler: it may only touch atomics. The default action does not follow.
+// Calls `handler` with 1 for the first interruption (Ctrl-C, a request to end), 2 for the second and so on,
+// on a thread of its own or in a signal handler: it may only touch atomics. The default action does not
+// follow.
 extern Operation<bool(void (*handler)(std::uint32_t count))> SetConsoleCtrlHandler;
 
 // True when the two paths name one existing file, by whatever link or case.

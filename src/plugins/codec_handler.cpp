@@ -1,8 +1,8 @@
 #include "plugins/codec_handler.h"
 
 #include "foundation/paths.h"
+#include "foundation/qv_text.h"
 #include "platform/names.h"
-#include "plugins/module_text.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "plugins/dsp_module.h"
 
-#include "plugins/module_text.h"
+#include "foundation/qv_text.h"
 
 namespace {
 

@@ -51,15 +51,15 @@ class Key {
     Handle mKey = kNullHandle;
 };
 
-// One per test program, below the folder that is this system's own.
-const std::u16string& Base() {
-    static const std::u16string base = u"Software\\QuavermillTests\\" + UniqueName("key");
-    return base;
-}
+class Registry : public testing::Test {
+  protected:
+    // A key of the test's own, below the folder that is this system's.
+    const std::u16string mBase = u"Software\\QuavermillTests\\" + UniqueName("key");
+};
 
 }  // namespace
 
-TEST(Registry, a_value_comes_back_as_it_was_stored) {
+TEST_F(Registry, a_value_comes_back_as_it_was_stored) {
     struct Row {
         const char16_t* name;
         std::uint32_t type;
@@ -72,7 +72,7 @@ TEST(Registry, a_value_comes_back_as_it_was_stored) {
         {u"nothing", kRegDword, ""},
         {u"large", kRegDword, std::string(50000, '\x01')},
     };
-    const Key key(Base() + u"\\values");
+    const Key key(mBase + u"\\values");
     for (const Row& row : rows) EXPECT_EQ(key.Set(row.name, row.bytes, row.type), kErrorSuccess);
     for (const Row& row : rows) {
         std::uint32_t type = 77;
@@ -81,28 +81,28 @@ TEST(Registry, a_value_comes_back_as_it_was_stored) {
     }
 }
 
-TEST(Registry, what_was_never_stored_is_not_found) {
-    const Key key(Base() + u"\\nothing");
+TEST_F(Registry, what_was_never_stored_is_not_found) {
+    const Key key(mBase + u"\\nothing");
     EXPECT_EQ(key.Get(u"nothing"), std::nullopt);
     EXPECT_EQ(key.Get(u""), std::nullopt);
 }
 
-TEST(Registry, a_key_is_there_for_whoever_opens_it_next) {
-    { EXPECT_EQ(Key(Base() + u"\\deep\\er\\still").Set(u"name", "kept"), kErrorSuccess); }
-    EXPECT_EQ(Key(Base() + u"\\deep\\er\\still", kKeyQueryValue).Get(u"name"), "kept");
-    EXPECT_EQ(Key(Base() + u"\\deep\\er", kKeyQueryValue).Get(u"name"), std::nullopt);
+TEST_F(Registry, a_key_is_there_for_whoever_opens_it_next) {
+    { EXPECT_EQ(Key(mBase + u"\\deep\\er\\still").Set(u"name", "kept"), kErrorSuccess); }
+    EXPECT_EQ(Key(mBase + u"\\deep\\er\\still", kKeyQueryValue).Get(u"name"), "kept");
+    EXPECT_EQ(Key(mBase + u"\\deep\\er", kKeyQueryValue).Get(u"name"), std::nullopt);
 }
 
-TEST(Registry, keys_and_names_know_no_ASCII_case) {
-    EXPECT_EQ(Key(Base() + u"\\MiXed").Set(u"NaMe", "one"), kErrorSuccess);
-    const Key key(Base() + u"\\mIxED");
+TEST_F(Registry, keys_and_names_know_no_ASCII_case) {
+    EXPECT_EQ(Key(mBase + u"\\MiXed").Set(u"NaMe", "one"), kErrorSuccess);
+    const Key key(mBase + u"\\mIxED");
     EXPECT_EQ(key.Get(u"nAmE"), "one");
     EXPECT_EQ(key.Set(u"NAME", "two"), kErrorSuccess);
     EXPECT_EQ(key.Get(u"name"), "two");
 }
 
-TEST(Registry, a_shorter_value_leaves_nothing_of_the_longer) {
-    const Key key(Base() + u"\\shorter");
+TEST_F(Registry, a_shorter_value_leaves_nothing_of_the_longer) {
+    const Key key(mBase + u"\\shorter");
     EXPECT_EQ(key.Set(u"name", std::string(1000, 'x')), kErrorSuccess);
     EXPECT_EQ(key.Set(u"name", std::string("y\0\0\0", 4), kRegString), kErrorSuccess);
     std::uint32_t type = 0;
@@ -110,8 +110,8 @@ TEST(Registry, a_shorter_value_leaves_nothing_of_the_longer) {
     EXPECT_EQ(type, kRegString);
 }
 
-TEST(Registry, a_query_tells_the_size_before_it_gives_the_bytes) {
-    const Key key(Base() + u"\\size");
+TEST_F(Registry, a_query_tells_the_size_before_it_gives_the_bytes) {
+    const Key key(mBase + u"\\size");
     EXPECT_EQ(key.Set(u"name", "twelve bytes"), kErrorSuccess);
     std::uint32_t size = 0;
     EXPECT_EQ(RegQueryValueExW(key, u"name", nullptr, nullptr, &size), kErrorSuccess);
@@ -127,69 +127,69 @@ TEST(Registry, a_query_tells_the_size_before_it_gives_the_bytes) {
     EXPECT_EQ(type, kRegDword);
 }
 
-TEST(Registry, no_name_is_the_default_value) {
-    const Key key(Base() + u"\\default");
+TEST_F(Registry, no_name_is_the_default_value) {
+    const Key key(mBase + u"\\default");
     EXPECT_EQ(key.Set(nullptr, "by null"), kErrorSuccess);
     EXPECT_EQ(key.Get(u""), "by null");
     EXPECT_EQ(key.Set(u"", "by nothing"), kErrorSuccess);
     EXPECT_EQ(key.Get(nullptr), "by nothing");
 }
 
-TEST(Registry, a_key_and_a_value_may_have_one_name) {
-    const Key key(Base() + u"\\same");
+TEST_F(Registry, a_key_and_a_value_may_have_one_name) {
+    const Key key(mBase + u"\\same");
     EXPECT_EQ(key.Set(u"twin", "value"), kErrorSuccess);
-    EXPECT_EQ(Key(Base() + u"\\same\\twin").Set(u"inner", "inner value"), kErrorSuccess);
+    EXPECT_EQ(Key(mBase + u"\\same\\twin").Set(u"inner", "inner value"), kErrorSuccess);
     EXPECT_EQ(key.Get(u"twin"), "value");
-    EXPECT_EQ(Key(Base() + u"\\same\\twin").Get(u"inner"), "inner value");
+    EXPECT_EQ(Key(mBase + u"\\same\\twin").Get(u"inner"), "inner value");
 }
 
-TEST(Registry, any_text_is_a_name_of_its_own) {
+TEST_F(Registry, any_text_is_a_name_of_its_own) {
     std::vector<std::u16string> names = {
         u".",      u"..",      u"...",        u".hidden", u"a/b", u"a b",       u"a%20b",   u"%",
         u"=x",     u"~x",      u"x.",         u"x",       u"x.y", u"con",       u"nul.txt", u"*?<>|",
         u"\u00E9", u"e\u0301", u"\U0001F3B5", u"\xDC80",  u"\n",  u"\"quoted\""};
     names.push_back(std::u16string(200, u'l') + u"1");
     names.push_back(std::u16string(200, u'l') + u"2");
-    const Key key(Base() + u"\\names");
+    const Key key(mBase + u"\\names");
     std::size_t number = 0;
     for (const auto& name : names) EXPECT_EQ(key.Set(name.c_str(), std::to_string(number++)), kErrorSuccess);
     for (const auto& name : names) {
-        const Key inner(Base() + u"\\names\\" + name);
+        const Key inner(mBase + u"\\names\\" + name);
         EXPECT_EQ(inner.Get(u"x"), std::nullopt);
         EXPECT_EQ(inner.Set(u"x", std::to_string(number++)), kErrorSuccess);
     }
     number = 0;
     for (const auto& name : names) EXPECT_EQ(key.Get(name.c_str()), std::to_string(number++));
     for (const auto& name : names)
-        EXPECT_EQ(Key(Base() + u"\\names\\" + name).Get(u"x"), std::to_string(number++));
+        EXPECT_EQ(Key(mBase + u"\\names\\" + name).Get(u"x"), std::to_string(number++));
     EXPECT_EQ(key.Set(u"a\\b", "a value may have a backslash"), kErrorSuccess);
     EXPECT_EQ(key.Get(u"A\\B"), "a value may have a backslash");
 }
 
-TEST(Registry, a_key_gives_the_access_it_was_opened_with) {
-    const auto path = Base() + u"\\access";
+TEST_F(Registry, a_key_gives_the_access_it_was_opened_with) {
+    const auto path = mBase + u"\\access";
     EXPECT_EQ(Key(path, kKeyWrite).Set(u"name", "x"), kErrorSuccess);
     EXPECT_EQ(Key(path, kKeyQueryValue).Set(u"name", "y"), kErrorAccessDenied);
     EXPECT_EQ(Key(path, kKeyQueryValue).Get(u"name"), "x");
 }
 
-TEST(Registry, no_key_is_refused) {
+TEST_F(Registry, no_key_is_refused) {
     std::uint32_t size = 0;
     EXPECT_EQ(RegCloseKey(kNullHandle), kErrorInvalidHandle);
     EXPECT_EQ(RegQueryValueExW(kNullHandle, u"name", nullptr, nullptr, &size), kErrorInvalidHandle);
     EXPECT_EQ(RegSetValueExW(kNullHandle, u"name", kRegString, "x", 1), kErrorInvalidHandle);
 }
 
-TEST(Registry, the_answer_is_the_result_and_no_last_error) {
+TEST_F(Registry, the_answer_is_the_result_and_no_last_error) {
     SetLastError(77);
-    const Key key(Base() + u"\\errors", kKeyQueryValue);
+    const Key key(mBase + u"\\errors", kKeyQueryValue);
     key.Get(u"none");
     RegSetValueExW(key, u"name", kRegString, "x", 1);
     EXPECT_EQ(GetLastError(), 77u);
 }
 
-TEST(Registry, a_reader_beside_two_writers_sees_whole_values) {
-    const auto path = Base() + u"\\busy";
+TEST_F(Registry, a_reader_beside_two_writers_sees_whole_values) {
+    const auto path = mBase + u"\\busy";
     const Key key(path);
     EXPECT_EQ(key.Set(u"name", std::string(3000, 'a')), kErrorSuccess);
     std::atomic<bool> done = false;

@@ -1,7 +1,7 @@
 #include "plugins/decoder_module.h"
 
 #include "foundation/id_tag_list.h"
-#include "plugins/module_text.h"
+#include "foundation/qv_text.h"
 #include "plugins/wrappers.h"
 #include "support/wide_text.h"
 

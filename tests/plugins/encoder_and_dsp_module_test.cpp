@@ -1,8 +1,8 @@
 #include <cstring>
 
+#include "foundation/qv_text.h"
 #include "plugins/dsp_module.h"
 #include "plugins/encoder_module.h"
-#include "plugins/module_text.h"
 #include "plugins/wrappers.h"
 
 namespace {

@@ -36,6 +36,7 @@ TEST_F(WaveDecoding, Chunks_of_any_kind_and_order_are_passed_over) {
         {"unknown ones before, between and behind",
          odd + StereoFormat() + odd + Chunk("none", "") + data + odd},
         {"audio before its format", odd + data + odd + StereoFormat()},
+        {"two audio chunks before their format", data + Chunk("data", "zzzz") + StereoFormat()},
         {"a second audio chunk", StereoFormat() + data + Chunk("data", "zzzz")},
         {"a second format", StereoFormat() + Chunk("fmt ", Head(1, 1, 8000, 1, 8)) + data},
         {"a tail that is no chunk", StereoFormat() + data + "TAG"},
@@ -146,6 +147,16 @@ TEST_F(WaveDecoding, Files_with_64_bit_sizes_may_be_short) {
     }
 }
 
+TEST_F(WaveDecoding, Sizes_of_64_bits_need_no_table) {
+    const std::string rest = StereoFormat() + Claiming("data", 0xFFFFFFFF, kAudio);
+    for (const char* table : {"", "a", "ab", "abc"}) {
+        const std::string sizes = Chunk("ds64", U64(500) + U64(400) + U64(100) + table);
+        const Decoding decoded = Decode(Claiming("RF64", 0xFFFFFFFF, "WAVE" + sizes + rest));
+        EXPECT_EQ(decoded.audio, kAudio);
+        EXPECT_EQ(decoded.errors + decoded.information, u"");
+    }
+}
+
 TEST_F(WaveDecoding, Other_large_chunks_have_their_sizes_in_the_table) {
     const std::string sizes = U64(500) + U64(400) + U64(100) + U32(1) + "big " + U64(6);
     const std::string chunks = Chunk("ds64", sizes) + StereoFormat() +
@@ -200,6 +211,14 @@ TEST_F(WaveDecoding, Lengths_of_coded_data_come_from_fact_and_blocks) {
     };
     for (const auto& row : rows)
         EXPECT_EQ(ValueOf(Decode(Riff(row.chunks)).record.lengthMs), row.lengthMs) << row.what;
+}
+
+TEST_F(WaveDecoding, Valid_bits_that_are_not_given_are_all_bits) {
+    const QvFormatExtensible record = Extensible(QV_FORMAT_PCM, 2, 44100, 16, 0, 3);
+    const std::string format(reinterpret_cast<const char*>(&record), sizeof record);
+    const Decoding decoded = Decode(Riff(Chunk("fmt ", format) + Chunk("data", kAudio)));
+    EXPECT_EQ(decoded.Format().wValidBitsPerSample, 16);
+    EXPECT_EQ(decoded.audio, kAudio);
 }
 
 TEST_F(WaveDecoding, A_record_that_is_longer_than_the_contract_has_room_for_is_cut_with_its_cbSize) {

@@ -3,8 +3,8 @@
 
 #include <cstring>
 
+#include "foundation/qv_text.h"
 #include "modules/wave/wave_encoder.h"
-#include "plugins/module_text.h"
 #include "wave/wave_bytes.h"
 #include "wave/wave_modules.h"
 

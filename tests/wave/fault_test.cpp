@@ -154,15 +154,34 @@ TEST_F(WaveFaults, A_read_in_small_pieces_is_read_on) {
     EXPECT_EQ(result.errors, u"");
 }
 
+TEST_F(WaveFaults, Contents_of_headers_that_can_not_be_read_are_told) {
+    const QvLog record = mLog.Record();
+    clWaveDecoder decoder{clModuleLog(&record)};
+    clAudioInformation information;
+    for (const char* id : {"fmt ", "fact"}) {
+        // Its header ends with the first window, its content begins with the second.
+        const std::string space = Chunk("JUNK", std::string(clFileReader::kWindowBytes - 28, '\0'));
+        mFolder.Write(u"a.wav", Riff(space + Chunk(id, Noise(16)) + StereoFormat() + Chunk("data", "abcd")));
+        Faulty<platform::ReadFile> reads;
+        reads.FailCall(2, false, kError);
+        EXPECT_FALSE(decoder.ReadInformation(mPath.c_str(), information)) << id;
+        ExpectOneError(mLog.TakeErrors(), u"can't be read");
+    }
+}
+
 TEST_F(WaveFaults, Tags_that_can_not_be_read_are_told) {
     const QvLog record = mLog.Record();
     clWaveDecoder decoder{clModuleLog(&record)};
     clIDTagList tags;
-    mFolder.Write(u"a.wav", Riff(StereoFormat() + Chunk("data", Noise(150000)) + Chunk("LIST", "INFOINAM")));
-    Faulty<platform::ReadFile> reads;
-    reads.FailCall(2, false, kError);  // behind the audio
-    EXPECT_FALSE(decoder.ReadTags(mPath.c_str(), tags));
-    EXPECT_EQ(mLog.TakeErrors(), mPath + u": its tags can't be read\r\n");
+    const std::string list = Chunk("LIST", "INFO" + Chunk("INAM", Noise(10000)));
+    mFolder.Write(u"a.wav", Riff(StereoFormat() + Chunk("data", Noise(150000)) + list));
+    for (const int call : {2, 3}) {  // the list's header, all of it
+        Faulty<platform::ReadFile> reads;
+        reads.FailCall(call, false, kError);
+        EXPECT_FALSE(decoder.ReadTags(mPath.c_str(), tags));
+        EXPECT_EQ(tags.Count(), 0);
+        EXPECT_EQ(mLog.TakeErrors(), mPath + u": its tags can't be read\r\n");
+    }
 }
 
 TEST_F(WaveFaults, A_write_that_fails_or_falls_short_fails_the_encoding) {

@@ -90,3 +90,18 @@ TEST(WaveLargeFile, Positions_beyond_4_GiB_are_written_and_read) {
     ExpectBothEnds(modules, path);
     EXPECT_EQ(modules.Log().TakeErrors(), u"");
 }
+
+TEST(WaveLargeFile, A_length_that_looks_left_open_is_taken_when_the_file_has_it) {
+    WaveModules modules;
+    const TempFolder folder;
+    const std::string tail = Chunk("LIST", "INFOINAM");
+    const std::u16string path = folder.Write(
+        u"a.wav", Claiming("RIFF", 0x7FFFF024, "WAVE" + StereoFormat() + Claiming("data", 0x7FFFF000, "")));
+    Patch(path, 44 + 0x7FFFF000, tail);
+    clOpenFileRec record;
+    ASSERT_TRUE(modules.Open(path, QV_OPEN_DECODING, record));
+    EXPECT_EQ(ValueOf(record.lengthMs), 0x7FFFF000 / 4 * std::uint64_t{1000} / 44100);
+    EXPECT_EQ(ValueOf(record.fileSize), 44u + 0x7FFFF000u + tail.size());
+    modules.Decoder().Destroy();
+    EXPECT_EQ(modules.Log().TakeErrors() + modules.Log().TakeInformation(), u"");
+}

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "plugins/module_text.h"
+#include "foundation/qv_text.h"
 #include "wave/wave_bytes.h"
 #include "wave/wave_modules.h"
 

@@ -7,13 +7,13 @@
 #include <new>
 #include <stdexcept>
 
+#include "foundation/qv_text.h"
 #include "modules/support/file_reader.h"
 #include "modules/support/file_writer.h"
 #include "modules/support/module_decoder.h"
 #include "modules/support/module_encoder.h"
 #include "modules/support/scale.h"
 #include "platform/file.h"
-#include "plugins/module_text.h"
 #include "support/faults.h"
 #include "support/temp_folder.h"
 #include "wave/log_files.h"

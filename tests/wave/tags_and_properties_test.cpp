@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "foundation/id_tag_list.h"
-#include "plugins/module_text.h"
+#include "foundation/qv_text.h"
 #include "wave/wave_bytes.h"
 #include "wave/wave_modules.h"
 
@@ -75,6 +75,8 @@ TEST_F(WaveRows, Text_is_UTF8_or_else_Windows_1252_and_trimmed) {
         {std::string("cut\0here", 8), u"cut"},
         {"B\xC3\xBC\xE2\x82\xAC\xF0\x9D\x84\x9E", u"B\u00FC\u20AC\U0001D11E"},
         {"B\xFC\x80\x9F", u"B\u00FC\u20AC\u0178"},
+        {"B\xFCrger", u"B\u00FCrger"},  // a lead, but nothing that follows one
+        {"\xC3(", u"\u00C3("},
         {"\xC3", u"\u00C3"},                                // UTF-8 that is cut
         {"\xC0\x80", u"\u00C0\u20AC"},                      // longer than it need be
         {"\xED\xA0\x80", u"\u00ED\u00A0\u20AC"},            // a surrogate

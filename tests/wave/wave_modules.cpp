@@ -1,5 +1,5 @@
 #include "wave/wave_modules.h"
-#include "plugins/module_text.h"
+#include "foundation/qv_text.h"
 
 #include <gtest/gtest.h>
 

@@ -10,11 +10,16 @@ namespace {
 platform::ModuleHandle Self() {
     Dl_info info{};
     link_map* map = nullptr;
-    if (!dladdr1(reinterpret_cast<void*>(&Self), &info, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP)) return nullptr;
+    if (!dladdr1(reinterpret_cast<void*>(&Self), &info, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP))
+        return nullptr;
     return map;
 }
 
-__attribute__((constructor)) void Attach() { platform::OnLibraryNotification(Self(), true); }
-__attribute__((destructor)) void Detach() { platform::OnLibraryNotification(Self(), false); }
+__attribute__((constructor)) void Attach() {
+    platform::OnLibraryNotification(Self(), true);
+}
+__attribute__((destructor)) void Detach() {
+    platform::OnLibraryNotification(Self(), false);
+}
 
 }  // namespace

@@ -50,6 +50,7 @@ void Interrupt(int) {
 }
 
 bool HandleInterruptions(InterruptHandler handler) {
+    gInterruptions = 0;
     gHandler = handler;
     struct sigaction action {};
     action.sa_handler = &Interrupt;

@@ -9,7 +9,8 @@ int main(int argc, char** argv) {
     signal(SIGXFSZ, SIG_IGN);
     std::vector<std::u16string> arguments;
     for (int i = 1; i < argc; ++i) {
-        std::u16string text(static_cast<std::size_t>(platform::MultiByteToWideChar(argv[i], nullptr, 0)), u'\0');
+        std::u16string text(static_cast<std::size_t>(platform::MultiByteToWideChar(argv[i], nullptr, 0)),
+                            u'\0');
         platform::MultiByteToWideChar(argv[i], text.data(), static_cast<std::int32_t>(text.size()));
         text.pop_back();
         arguments.push_back(std::move(text));
