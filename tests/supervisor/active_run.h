@@ -21,6 +21,7 @@ struct ActiveRun {
     }
     // Whatever a test leaves undone, its child does not outlive it for long.
     ~ActiveRun() {
+        if (IsRunning()) platform::ResumeThread.Native()(launch.child.thread);
         bye.Set();
         go.Set();
     }

@@ -269,7 +269,7 @@ TEST(ConverterEvents, go_with_the_object) {
 
 TEST(ConverterEvents, cancel_name_that_is_taken_is_tried_until_the_tick_moves) {
     Command start;
-    const std::uint32_t taken = platform::GetTickCount() | 0x80000000u;
+    const std::uint32_t taken = TestClock::Somewhere();
     const platform::Handle held = platform::CreateEventW((u"qvevt-cancel-" + SignedDecimal(taken)).c_str());
     int asked = 0;
     Faulty<platform::GetTickCount> clock;

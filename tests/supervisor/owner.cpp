@@ -123,6 +123,13 @@ TestClock::TestClock(std::uint32_t start) : mNow(start) {
     mCalls.Replace([this] { return mHeld ? mNow : mNow++; });
 }
 
+std::uint32_t TestClock::Somewhere() {
+    std::int64_t counter = 0;
+    platform::QueryPerformanceCounter.Native()(&counter);
+    // The multiplier spreads counts that lie close together over all of the range.
+    return static_cast<std::uint32_t>(counter) * 2654435761u | 0x80000000u;
+}
+
 void TestClock::Hold() {
     if (!mHeld) --mNow;
     mHeld = true;
