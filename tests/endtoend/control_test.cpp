@@ -1,6 +1,7 @@
 // A conversion under way: cancelled, held, made to wait its turn. The source is vast and takes no room, so
 // there is time to do so.
 #include "endtoend/conversion.h"
+#include "endtoend/converters.h"
 #include "endtoend/recordings.h"
 #include "endtoend/stage.h"
 
@@ -123,7 +124,8 @@ TEST_F(RunningConversion, Is_left_to_itself_by_a_host_that_goes) {
         while (outcome.Percent() == 0 && hasty.Poll(outcome)) {
         }
     }
-    EXPECT_TRUE(Eventually([this] { return files.Has(u"out.wav"); }));
+    EXPECT_TRUE(
+        Eventually([this] { return files.Has(u"out.wav") && ConvertersOf(temporaries.Path()).empty(); }));
     EXPECT_EQ(NamesIn(files.Path()), (std::set<std::u16string>{u"out.wav", u"vast.wav"}));
     EXPECT_TRUE(HaveSameAudio(source, destination));
 }

@@ -94,6 +94,7 @@ class Killed : public Stage {
         if (round % 2 == 1) files.Write(u"out.wav", kOld);
     }
     void CheckRound(int round) {
+        if (!Marks().empty()) ++littered;
         if (HaveSameAudio(source, destination)) return;
         ++unfinished;
         EXPECT_EQ(files.Has(u"out.wav"), round % 2 == 1);
@@ -121,8 +122,9 @@ class Killed : public Stage {
     }
 
     void ExpectSweptByTheNext() {
-        std::printf("%d of %d killed in time, %zu files left\n", unfinished, kKills, Marks().size());
+        std::printf("%d of %d killed in time, %d of these with a file left\n", unfinished, kKills, littered);
         EXPECT_GT(unfinished, 0);
+        EXPECT_GT(littered, 0);
         Host host(library);
         EXPECT_TRUE(host.Convert({source, destination}).Succeeded());
         EXPECT_TRUE(Marks().empty());
@@ -133,7 +135,7 @@ class Killed : public Stage {
     const std::u16string source = files / u"in.wav", destination = files / u"out.wav";
     const unsigned seed;
     std::mt19937 random;
-    int unfinished = 0;
+    int unfinished = 0, littered = 0;
 };
 
 }  // namespace

@@ -1,6 +1,5 @@
 // quaver as a user meets it: what it says, how it ends, and what it leaves on the disk.
 #include <filesystem>
-#include <regex>
 
 #include "endtoend/program.h"
 #include "endtoend/recordings.h"
@@ -65,11 +64,9 @@ TEST_F(QuaverRun, Converts_and_says_so) {
 }
 
 TEST_F(QuaverRun, Writes_plain_lines_where_there_is_no_terminal) {
-    ExpectConverted({}, "100%");
-    EXPECT_EQ(errors.find('\r'), std::string::npos);
-    EXPECT_TRUE(std::regex_search(errors, std::regex(R"((^|\n)100%  [0-9]+\.[0-9] MB/s  0:00 left\n)")))
-        << errors;
-    EXPECT_FALSE(errors.starts_with("[")) << errors;
+    ExpectConverted({}, " MB/s  0:00 left\n");
+    EXPECT_NE(("\n" + errors).find("\n100%  "), std::string::npos) << errors;
+    EXPECT_EQ(errors.find_first_of("\r["), std::string::npos) << errors;
 }
 
 TEST_F(QuaverRun, Says_nothing_when_it_is_to_be_quiet) {

@@ -2,11 +2,13 @@
 // the same way.
 #include <sys/resource.h>
 
-#include <regex>
+#include <filesystem>
 
 #include "endtoend/program.h"
 #include "endtoend/recordings.h"
 #include "endtoend/stage.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -38,8 +40,8 @@ class FullDisk : public Stage {
         const std::set<std::u16string> before = NamesIn(files.Path());
         Quaver quaver = start();
         EXPECT_EQ(quaver.Finish(), 1u);
-        EXPECT_TRUE(std::regex_search(quaver.Errors(), std::regex("Can't write '.*out.wav'")))
-            << quaver.Errors();
+        const std::string words = "Can't write '" + fs::path(files / u"out.wav").string() + "'";
+        EXPECT_NE(quaver.Errors().find(words), std::string::npos) << quaver.Errors();
         EXPECT_NE(quaver.Errors().find("The conversion failed; nothing was written."), std::string::npos);
         EXPECT_EQ(NamesIn(files.Path()), before);
     }
