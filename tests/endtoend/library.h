@@ -7,14 +7,28 @@
 #include "quavermill/quavermill.h"
 
 // Every export.  X(name)
-#define QV_EXPORTS(X)                                                                                        \
-    X(QACCreate)                                                                                             \
-    X(QACDestroy)                                                                                            \
-    X(QACGetLastError)                                                                                       \
-    X(QACGetLastInfo) X(QACAddIDTagToList) X(QACClearIDTagList) X(QACReadIDTagList)                          \
-        X(QACRemoveFromIDTagList) X(QACSetTagWriteThrough) X(QACAddDSPToList) X(QACClearDSPList)             \
-            X(QACReadDSPList) X(QACRemoveFromDSPList) X(QACConvertAudio) X(QACGetProgress) X(QACSetPriority) \
-                X(QACSetPause) X(QACSetCancelled) X(QACSetCPU)
+// clang-format off
+#define QV_EXPORTS(X) \
+    X(QACCreate) \
+    X(QACDestroy) \
+    X(QACGetLastError) \
+    X(QACGetLastInfo) \
+    X(QACAddIDTagToList) \
+    X(QACClearIDTagList) \
+    X(QACReadIDTagList) \
+    X(QACRemoveFromIDTagList) \
+    X(QACSetTagWriteThrough) \
+    X(QACAddDSPToList) \
+    X(QACClearDSPList) \
+    X(QACReadDSPList) \
+    X(QACRemoveFromDSPList) \
+    X(QACConvertAudio) \
+    X(QACGetProgress) \
+    X(QACSetPriority) \
+    X(QACSetPause) \
+    X(QACSetCancelled) \
+    X(QACSetCPU)
+// clang-format on
 
 class Library {
   public:
