@@ -10,6 +10,7 @@
 // the meaning.
 #include "platform/posix/launch.h"
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
@@ -170,6 +171,14 @@ class Keeper {
     int mReason = 0;
 };
 
+// A library whose code a thread runs for ever can't be unloaded. This has no effect on a program.
+void StayLoaded() {
+    Dl_info self{};
+    if (dladdr(reinterpret_cast<void*>(&StayLoaded), &self)) {
+        dlopen(self.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
+    }
+}
+
 // Started with the first child that needs it; it lives as long as the process, as its thread does. Null with
 // errno when there is no room for a thread.
 Keeper* TheKeeper() {
@@ -177,6 +186,7 @@ Keeper* TheKeeper() {
     static Keeper* keeper = nullptr;
     const std::lock_guard turn(lock);
     if (keeper) return keeper;
+    StayLoaded();
     auto fresh = std::make_unique<Keeper>();
     try {
         std::thread(&Keeper::Run, fresh.get()).detach();

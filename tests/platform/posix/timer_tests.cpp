@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/clock.h"
+#include "platform/module.h"
 
 using namespace platform;
 
@@ -101,4 +102,26 @@ TEST(PosixTimer, a_tick_may_start_and_end_timers_its_own_among_them) {
     ASSERT_NE(again.Start(&Ticks::Count), 0u);
     while (again.count < 1) Sleep(1);
     EXPECT_TRUE(timeKillEvent(again.timer));
+}
+
+// The module has the seam's code, and so a timer thread, of its own.
+TEST(PosixTimer, a_library_that_is_unloaded_takes_its_thread_along) {
+    char16_t self[4096];
+    GetModuleFileNameW(nullptr, self, 4096);
+    const std::u16string path = self;
+    const std::u16string module = path.substr(0, path.rfind(u'/')) + u"/modules/plain/ticking.so";
+    const int threads = CountThreads();
+    for (int round = 0; round < 20; ++round) {
+        const ModuleHandle library = LoadLibraryW(module.c_str());
+        ASSERT_TRUE(library);
+        const auto start =
+            reinterpret_cast<void (*)(std::atomic<int>*)>(GetProcAddress(library, "StartTicking"));
+        ASSERT_TRUE(start);
+        std::atomic<int> ticks = 0;
+        start(&ticks);
+        while (ticks < round) Sleep(1);
+        EXPECT_EQ(CountThreads(), threads + 1);
+        EXPECT_TRUE(FreeLibrary(library));
+        EXPECT_EQ(CountThreads(), threads);
+    }
 }
