@@ -6,9 +6,12 @@
 
 namespace {
 
+// Empty when the library can't tell its own place: a path without it would begin in the current folder, and
+// nothing is loaded from there.
 XString ModulePath(platform::ModuleHandle module, const char16_t* folder, const XString& name) {
     const char16_t separator[] = {platform::kPathSeparator, 0};
     XString path = paths::GetModuleFolder(module);
+    if (path.IsEmpty()) return path;
     path += folder;
     path += separator;
     path += name;
@@ -32,7 +35,7 @@ bool LoadNamed(const NamedLoad& kind, const XString& name, Wrapper& wrapper, con
     XLog::Write(path.Text(), log, nullptr, false, nullptr);
     XLog::Write(u"'", log, nullptr, true, nullptr);
     wrapper.Unload();
-    return wrapper.Load(path.Text()) && wrapper.Create(log);
+    return !path.IsEmpty() && wrapper.Load(path.Text()) && wrapper.Create(log);
 }
 
 // True when the live module lists the extension. The list ends with the first row that is refused or has no

@@ -184,6 +184,21 @@ TEST_F(LoadByName, A_module_that_makes_no_instance_is_not_live) {
     EXPECT_EQ(effect.TakeJournal(), "DSP_Create\n");
 }
 
+TEST_F(LoadByName, A_library_that_cannot_tell_its_own_place_loads_nothing_from_the_current_folder) {
+    const PlacedModule encoder(mFolder, u"encoder/one", "scripted_encoder");
+    clQvEncoder loadedEncoder;
+    clQvDSP loadedEffect;
+    ASSERT_TRUE(clQvCodecHandler::LoadEncoder(u"one", loadedEncoder, kNoLog, mSelf));
+    Faulty<platform::GetModuleFileNameW> places;
+    Faulty<platform::LoadLibraryW> loads;
+    places.FailAlways();
+    EXPECT_FALSE(clQvCodecHandler::LoadEncoder(u"one", loadedEncoder, kNoLog, mSelf));
+    EXPECT_FALSE(clQvCodecHandler::LoadDSP(u"echo", loadedEffect, kNoLog, mSelf));
+    EXPECT_EQ(loads.Calls(), 0);
+    EXPECT_FALSE(loadedEncoder.HasModule());  // what was held is gone all the same
+    EXPECT_EQ(encoder.TakeJournal(), "ENC_Create\nENC_Destroy\n");
+}
+
 TEST_F(LoadByName, The_trace_says_which_file_is_loaded) {
     const PlacedModule encoder(mFolder, u"encoder/one", "scripted_encoder");
     EXPECT_EQ(Trace(true,

@@ -158,6 +158,15 @@ TEST_F(DecoderModule, What_it_was_loaded_for_is_known_while_a_module_is_held) {
     EXPECT_TRUE(mDecoder.RememberedPath().IsEmpty());
 }
 
+TEST_F(DecoderModule, Unload_of_an_empty_one_forgets_what_it_was_to_be_loaded_for) {
+    mDecoder.Remember(u".abc", u"somewhere");
+    mDecoder.Unload();
+    mDecoder.Unload();
+    ASSERT_TRUE(Start(""));  // while a module is held, what is remembered shows
+    EXPECT_TRUE(mDecoder.RememberedExtension().IsEmpty());
+    EXPECT_TRUE(mDecoder.RememberedPath().IsEmpty());
+}
+
 TEST_F(DecoderModule, Unload_ends_the_instance_before_the_module_goes) {
     ASSERT_TRUE(Start(""));
     std::string before;
