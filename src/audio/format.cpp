@@ -39,11 +39,13 @@ void clFormatHolder::setFormat(const QvFormat* source) {
 }
 
 void clFormatHolder::setFormat(const void* source, std::size_t available) {
+    const auto* bytes = static_cast<const std::uint8_t*>(source);
+    const std::size_t headBytes = std::min(available, sizeof(QvFormat));
+    const std::size_t room = available - headBytes;
     QvFormat head = {};
-    std::memcpy(&head, source, std::min(available, sizeof head));
-    const std::size_t room = available > sizeof head ? available - sizeof head : 0;
+    std::copy_n(bytes, headBytes, reinterpret_cast<std::uint8_t*>(&head));
     if (head.cbSize > room) head.cbSize = static_cast<std::uint16_t>(room);
-    Take(head, static_cast<const std::uint8_t*>(source) + sizeof head);
+    Take(head, bytes + headBytes);
     Normalise();
 }
 

@@ -26,7 +26,8 @@ class clFormatHolder {
     // for the tail the plain part is kept.
     void setFormat(const QvFormat* source);
     // The same for a record from somewhere else, of which only `available` bytes may be read: a cbSize that
-    // claims more is lowered to what is there, and fields that are missing are 0.
+    // claims more is lowered to what is there, and fields that are missing are 0. With nothing available the
+    // source may be null.
     void setFormat(const void* source, std::size_t available);
 
     // What the samples are, by the tag or, for an extensible record, by its SubFormat: one of the QV_FORMAT

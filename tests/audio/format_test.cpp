@@ -138,6 +138,16 @@ TEST(Format, A_foreign_record_is_not_read_beyond_what_is_there) {
     }
 }
 
+TEST(Format, No_record_at_all_is_a_zeroed_one_normalised) {
+    clFormatHolder holder;
+    holder.setFormat(nullptr, 0);
+    EXPECT_TRUE(IsInline(holder));
+    EXPECT_EQ(holder.sampleType(), 0u);
+    EXPECT_EQ(holder.format->nChannels, 0);
+    EXPECT_EQ(holder.format->nBlockAlign, 1);
+    EXPECT_EQ(holder.format->nAvgBytesPerSec, 1u);
+}
+
 TEST(Format, sampleType_of_a_plain_record_is_its_tag) {
     for (const std::uint16_t tag : std::initializer_list<std::uint16_t>{0, 1, 2, 3, 6, 7, 80, 0x55, 65535}) {
         const QvFormat format = Plain(tag, 2, 44100, 16);
