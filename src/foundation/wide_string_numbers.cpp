@@ -76,10 +76,10 @@ XString XString::FromDouble(double value, std::int32_t decimals) {
     const bool raised = value < 1.0;
     if (raised) value += 1.0;
     XString text = FromUInt64(CutTo64Bits(PowerOfTen(decimals) * value + kRounding));
+    if (raised) --text.mText[0];  // before the point comes, which may stand in front
 
     const std::int64_t point = std::int64_t{text.mCount} - decimals;
     if (point >= 1 && point <= text.mCount) text.Insert(u".", static_cast<std::int32_t>(point));
-    if (raised) --text.mText[0];
     if (negative) text.Insert(u"-", 1);
     DropTrailingZeros(text);
     return text;

@@ -112,6 +112,12 @@ TEST(WideStringNumbers, FromDouble_passes_bit_63_and_stays_at_the_largest_number
     EXPECT_EQ(Units(XString::FromDouble(std::nan(""), 2)), u"0");
 }
 
+// The largest number has 20 digits, so that with 20 decimals the point stands in front of them all.
+TEST(WideStringNumbers, FromDouble_never_makes_a_sign_of_a_point_in_front) {
+    EXPECT_EQ(Units(XString::FromDouble(0.5, 20)), u".08446744073709551615");
+    EXPECT_EQ(Units(XString::FromDouble(1.5, 20)), u".18446744073709551615");
+}
+
 TEST(WideStringNumbers, FromDouble_takes_any_number_of_decimals) {
     EXPECT_EQ(Units(XString::FromDouble(100.0, -2)), u"1");  // no point protects the zeros
     EXPECT_TRUE(IsSound(XString::FromDouble(1.5, 400)));
