@@ -4,8 +4,10 @@
 // order; only what is no switch at all is settings text.
 #include "converter/command.h"
 
-#include <array>
+#include <algorithm>
 #include <utility>
+
+#include "platform/names.h"
 
 namespace {
 
@@ -71,6 +73,12 @@ class Scanner {
     std::size_t mAt = 0;
 };
 
+// Windows takes a slash for a separator too; all that follows knows only its own.
+std::u16string Path(std::u16string path) {
+    std::replace(path.begin(), path.end(), u'/', platform::kPathSeparator);
+    return path;
+}
+
 std::u16string Required(Scanner& scanner, const std::u16string& name) {
     if (!scanner.Take(u" " + name)) scanner.Refuse(u"the switch " + name + u" must stand here");
     return std::u16string(scanner.Value());
@@ -126,8 +134,8 @@ void Settings(Scanner& scanner, Command& command) {
 Command Parse(std::u16string_view text) {
     Scanner scanner(text);
     Command command;
-    command.source = Required(scanner, u"-infile=");
-    command.destination = Required(scanner, u"-outfile=");
+    command.source = Path(Required(scanner, u"-infile="));
+    command.destination = Path(Required(scanner, u"-outfile="));
     command.encoder = Required(scanner, u"-convert_to=");
     command.cancelEvent = Required(scanner, u"-evtquit=");
     command.watchdogEvent = Required(scanner, u"-evtwatchdog=");

@@ -23,6 +23,15 @@ void CollectTags(const Command& command, Source& source, clIDTagList& tags) {
     for (const Command::Pair& tag : command.tags) tags.Add(tag.name.c_str(), tag.value.c_str());
 }
 
+// File names stand between words, so that none can pass for a line of another meaning.
+void Announce(const Command& command, Reporter& reporter) {
+    const auto named = [](const char16_t* doing, const std::u16string& path) {
+        const XString name = paths::GetFileName(XString(path.c_str()));
+        return std::u16string(doing) + u" '" + name.Text() + u"'";
+    };
+    reporter.Action(u"Converting", named(u"Reading", command.source), named(u"Writing", command.destination));
+}
+
 // Has the decoder module for the destination's type write the tags into the finished temporary. A type whose
 // module does not write tags makes no conversion fail: the host is told, not alarmed.
 void WriteTags(const Command& command, const std::u16string& file, const clIDTagList& tags,
@@ -81,8 +90,7 @@ ExitCode Produce(const Command& command, const OutputFile& output, Source& sourc
     if (passed != ExitCode::kDone) return passed;
     lifeline.Beat();
     if (!source.Close()) return ExitCode::kSourceDamaged;
-    if (!target.End())
-        return Refuse(reporter, ExitCode::kOutputFailed, u"Can't complete", command.destination);
+    if (!target.End()) return Refuse(reporter, ExitCode::kOutputFailed, u"Can't write", command.destination);
     return ExitCode::kDone;
 }
 
@@ -92,10 +100,7 @@ ExitCode Convert(const Command& command, Lifeline& lifeline, Reporter& reporter)
     if (!command.effects.empty()) {
         return Refuse(reporter, ExitCode::kFailed, u"There is no effect", command.effects.front().name);
     }
-    const XString sourceName = paths::GetFileName(XString(command.source.c_str()));
-    const XString outputName = paths::GetFileName(XString(command.destination.c_str()));
-    reporter.Action(u"Converting", sourceName.Text(), outputName.Text());
-
+    Announce(command, reporter);
     Source source(command.source, reporter);
     if (!source.FindDecoder())
         return Refuse(reporter, ExitCode::kNoDecoder, u"No decoder reads", command.source);

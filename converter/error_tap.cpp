@@ -5,15 +5,17 @@
 
 #include "platform/file.h"
 
+// The write end stays as it was made: no program that a module may start can inherit it and so keep the
+// channel open behind our back.
 ErrorTap::ErrorTap(Reporter& reporter) : mReporter(reporter), mWriteEnd(platform::kInvalidHandle) {
     if (!mPipe.Create()) return;
-    mWriteEnd = mPipe.DetachWriteEnd();
-    if (platform::IsOpen(mWriteEnd)) mThread = std::thread([this] { Run(); });
+    mWriteEnd = mPipe.WriteHandle();
+    mThread = std::thread([this] { Run(); });
 }
 
 int ErrorTap::Close() {
     if (mThread.joinable()) {
-        platform::CloseHandle(mWriteEnd);
+        platform::CloseHandle(mPipe.DetachWriteEnd());
         mWriteEnd = platform::kInvalidHandle;
         mThread.join();
     }

@@ -3,7 +3,7 @@
 
 enum class ExitCode : int {
     kDone = 0,
-    kFailed = 1,      // a module reported an error, or would not go on
+    kFailed = 1,      // an effect is asked for; none is run yet
     kBadCommand = 2,  // the command line or the command file can't be understood
     kCancelled = 3,
     kNoDecoder = 4,       // no decoder opens the source
@@ -11,5 +11,5 @@ enum class ExitCode : int {
     kSourceDamaged = 6,   // part of the source's audio is missing or unreadable
     kOutputFailed = 7,    // the destination can't be written
     kNoEvents = 8,        // the host's events are not there
-    kInternal = 9,        // out of memory, or a fault of the program itself
+    kInternal = 9,        // out of memory, or a fault of a module or of the program itself
 };

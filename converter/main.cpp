@@ -70,8 +70,10 @@ ExitCode Run(const std::vector<std::u16string>& arguments, Reporter& reporter) {
         return Obey(arguments[0].substr(kCommandSwitch.size()), reporter);
     } catch (const std::bad_alloc&) {
         reporter.Error(u"Out of memory");
-        return ExitCode::kInternal;
+    } catch (...) {
+        reporter.Error(u"An unexpected failure, of a module or of the converter itself");
     }
+    return ExitCode::kInternal;
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "converter/reporter.h"
 
+#include <algorithm>
+
 #include "platform/file.h"
 #include "platform/program.h"
 
@@ -34,7 +36,10 @@ void Reporter::Message(std::u16string_view key, std::u16string_view value) {
 
 void Reporter::Line(platform::Handle stream, std::u16string_view text) {
     if (!platform::IsOpen(stream)) return;
-    const std::u16string line = std::u16string(text) + u"\r\n";
+    std::u16string line(text);
+    std::replace_if(
+        line.begin(), line.end(), [](char16_t unit) { return unit == u'\r' || unit == u'\n'; }, u' ');
+    line += u"\r\n";
     const std::lock_guard lock(mLock);
     std::uint32_t written = 0;
     platform::WriteFile(stream, line.data(), static_cast<std::uint32_t>(line.size() * sizeof(char16_t)),

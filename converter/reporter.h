@@ -1,7 +1,8 @@
 // Reporter: Quavercore's two streams, which the host reads.
 //
 // Text is UTF-16, each line ends in CR LF and goes out in one write, so that the host never sees half a
-// message because of us. A host that no longer reads is no reason to stop: failed writes are ignored.
+// message because of us. A line end within a text, as a file name may hold one, becomes blanks: what looks
+// like a line of ours is one. A host that no longer reads is no reason to stop: failed writes are ignored.
 #pragma once
 
 #include <mutex>
@@ -14,7 +15,7 @@ class Reporter {
   public:
     Reporter();
 
-    // For the host's error and information text. Line ends inside are the sender's own.
+    // For the host's error and information text.
     void Error(std::u16string_view text);
     void Information(std::u16string_view text);
 

@@ -9,7 +9,8 @@
 
 namespace {
 
-// A decoder is asked again at once when it gave no block; one that never does must not hold us for ever.
+// A decoder is asked again at once when it gave no block, or an empty one; one that gives nothing else must
+// not hold us for ever.
 constexpr int kFruitlessCalls = 1000;
 
 constexpr std::uint32_t kLargestTagData = 1000000;
@@ -33,7 +34,11 @@ bool Source::Open() {
     return mOpen;
 }
 
+// An instance serves one purpose: the tags get one of their own, and the decoding a fresh one.
 void Source::ReadTags(clIDTagList& tags) {
+    XLog log = mLog;
+    log.mErrorOut = log.mInfoOut;
+    clQvCodecHandler::CreateInstance(mDecoder, log);
     clOpenFileRec record = {};
     record.file = ToQvText(mFile.c_str());
     record.request = QV_OPEN_TAGS;
@@ -41,14 +46,14 @@ void Source::ReadTags(clIDTagList& tags) {
         record.tagDataSize < kLargestTagData) {
         tags.Deserialise(record.tagData, record.tagDataSize);
     }
-    // An instance serves one purpose: the decoding gets a fresh one.
     clQvCodecHandler::CreateInstance(mDecoder, mLog);
 }
 
 bool Source::NextBlock(clBlockRec& block) {
     for (int call = 0; call < kFruitlessCalls; ++call) {
         block = {};
-        if (!mDecoder.DecodeBlock(&block)) continue;
+        if (!mDecoder.DecodeBlock(&block) || (block.bytes == 0 && block.finished == 0)) continue;
+        if (block.bytes > 0 && !block.data) return false;
         mBytes += block.bytes;
         return true;
     }

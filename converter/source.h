@@ -19,7 +19,8 @@ class Source {
     bool FindDecoder();
     // Opens the file for decoding. The reason of a refusal has gone to the host in the module's own words.
     bool Open();
-    // Adds the file's own tags to `tags`; a file without any adds nothing. Before Open.
+    // Adds the file's own tags to `tags`; a file without any adds nothing. What the decoder complains of
+    // meanwhile is information: it is the audio that counts. Before Open.
     void ReadTags(clIDTagList& tags);
     // The next block; false when the decoder will not give one. Its last one has `finished` set.
     bool NextBlock(clBlockRec& block);
@@ -36,8 +37,8 @@ class Source {
     const std::u16string mFile;
     ErrorTap mErrors;  // outlives the module, which may report while it is destroyed
     XLog mLog;
-    clQvDecoder mDecoder;
     clOpenFileRec mRecord = {};
+    clQvDecoder mDecoder;
     std::uint64_t mBytes = 0;
     bool mOpen = false;
 };

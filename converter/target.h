@@ -26,10 +26,11 @@ class Target {
     bool HasFailed() const { return mErrors.Lines() > 0; }
 
   private:
+    // The module ends before all that it was given.
     ErrorTap mErrors;
     XLog mLog;
-    clQvEncoder mEncoder;
     std::u16string mFile;
     std::u16string mSettings;
     clEncoderSessionRec mSession = {};
+    clQvEncoder mEncoder;
 };

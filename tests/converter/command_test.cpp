@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "platform/names.h"
+
 namespace {
 
 const std::u16string kHead =
@@ -74,6 +76,16 @@ TEST(Command, Settings_may_hold_anything_but_begin_with_a_switch) {
          {u"\"quoted\"", u"text -tag=\"x=y\"", u" two blanks first", u"-bits=\"16\""}) {
         EXPECT_EQ(Parsed(kHead + u" " + settings).settings, settings);
     }
+}
+
+TEST(Command, Slashes_in_paths_become_the_systems_separator) {
+    const Command command = Parsed(
+        u" -infile=\"a/b.wav\" -outfile=\"c/d.wav\" -convert_to=\"e/f\" -evtquit=\"q\" "
+        u"-evtwatchdog=\"w\" g/h");
+    EXPECT_EQ(command.source, std::u16string(u"a") + platform::kPathSeparator + u"b.wav");
+    EXPECT_EQ(command.destination, std::u16string(u"c") + platform::kPathSeparator + u"d.wav");
+    EXPECT_EQ(command.encoder, u"e/f");
+    EXPECT_EQ(command.settings, u"g/h");
 }
 
 TEST(Command, Refusals_name_their_position) {
