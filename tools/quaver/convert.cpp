@@ -59,9 +59,10 @@ std::uint64_t FileSize(const std::u16string& path) {
 
 // Why this conversion is not begun; empty when it may be.
 std::u16string Objection(const ConvertOptions& options, const std::u16string& encoder) {
-    const auto quoted = [](const std::u16string& text) { return text.find(u'"') != std::u16string::npos; };
-    if (quoted(options.source) || quoted(options.destination)) {
-        return u"A file name with a double quote can't be passed on to the converter.";
+    // A quote ends a value of the converter's command; a carriage return could end a line of what is said.
+    const auto ends = [](const std::u16string& text) { return text.find_first_of(u"\"\r") != text.npos; };
+    if (ends(options.source) || ends(options.destination)) {
+        return u"A file name with a double quote or a carriage return can't be passed on to the converter.";
     }
     if (!Exists(options.source)) return u"There is no file '" + options.source + u"'.";
     if (encoder.empty()) {
