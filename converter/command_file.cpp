@@ -6,7 +6,8 @@
 
 namespace {
 constexpr std::int64_t kLargest = 256 << 20;
-}
+constexpr std::u16string_view kFirstSwitch = u" -infile=";
+}  // namespace
 
 bool TakeCommandFile(const std::u16string& name, std::u16string* text) {
     const XString path(name.c_str());
@@ -21,6 +22,6 @@ bool TakeCommandFile(const std::u16string& name, std::u16string* text) {
     text->resize(static_cast<std::size_t>(bytes) / 2);
     const bool whole = file.Read(text->data(), static_cast<std::uint32_t>(bytes), nullptr) == bytes;
     file.Close();
-    paths::DeleteFile(path);
+    if (text->starts_with(kFirstSwitch)) paths::DeleteFile(path);
     return whole;
 }
