@@ -144,8 +144,11 @@ void CPUEncoder::AppendTags(XString& text, const clIDTagList& tags) {
     }
 }
 
+// Empty, and so refused by the system, where the library can't tell its own place: a program of that name in
+// the current folder is not the converter.
 XString CPUEncoder::CommandLine() const {
     XString line = paths::GetModuleFolder(moduleHandle);
+    if (line.IsEmpty()) return line;
     line.Append(platform::kConverterFileName);
     line.Quote();
     AppendSwitch(line, u" -qvcmd=", commandFile.Text());

@@ -155,6 +155,17 @@ TEST(ConverterChild, missing_program_is_not_started) {
     EXPECT_FALSE(owner.encoder.Finished());
 }
 
+TEST(ConverterChild, program_in_the_current_folder_is_not_taken_for_the_converter) {
+    Faulty<platform::GetModuleFileNameW> names;
+    names.FailAlways();
+    const Launch launch;
+    Owner owner;
+    owner.Create();
+    owner.Start();
+    ExpectNotStarted(owner, u"Error running Quavercore");
+    EXPECT_EQ(launch.line, u"");
+}
+
 TEST(ConverterChild, file_that_is_no_program_is_not_started) {
     Owner owner;
     const TempFolder folder;
