@@ -179,3 +179,14 @@ TEST_F(Killed, Quaver_takes_its_converter_with_it) {
         std::filesystem::remove(std::filesystem::path(temporaries.Path()) / name);
     }
 }
+
+// A converter left alone would have the time to finish, and would.
+TEST_F(Killed, Quaver_leaves_no_converter_that_goes_on) {
+    WriteVastRecording(files / u"vast.wav", 3072u << 20);
+    Quaver quaver({u"convert", u"-q", files / u"vast.wav", destination});
+    ASSERT_TRUE(Eventually([this] { return SomebodyWrites(); }));
+    quaver.Kill();
+    EXPECT_TRUE(GetsQuiet());
+    EXPECT_EQ(Marks().size(), 1u);
+    EXPECT_FALSE(files.Has(u"out.wav"));
+}

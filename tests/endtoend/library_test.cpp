@@ -92,6 +92,10 @@ TEST_F(BuiltLibrary, Keeps_lists_and_reports_through_the_systems_timer) {
     EXPECT_TRUE(
         std::u16string(text.data()).starts_with(u"Converting 'no such file.wav' to 'nowhere' [None]\r\n"));
     library.QACSetCancelled(converter);
+    EXPECT_TRUE(Eventually([&] {
+        std::uint32_t percent = 0;
+        return library.QACGetProgress(converter, &percent) == QV_DONE && percent == 100;
+    }));
     EXPECT_EQ(library.QACDestroy(converter), QV_DONE);
 }
 

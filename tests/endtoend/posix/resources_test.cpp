@@ -70,6 +70,7 @@ TEST_F(Resources, A_thousand_conversions_take_no_more_memory_than_a_hundred_and_
     Host host(library);
     ASSERT_TRUE(host.Convert({source, destination}).Succeeded());
     const HandleGauge before;
+    const int zombies = Zombies();
     std::int64_t afterHundred = 0;
     for (int number = 2; number <= Times(1000, 110, 0); ++number) {
         ASSERT_TRUE(host.Convert({source, destination}).Succeeded()) << number;
@@ -81,19 +82,20 @@ TEST_F(Resources, A_thousand_conversions_take_no_more_memory_than_a_hundred_and_
         EXPECT_LE(more, 256);
     }
     EXPECT_EQ(HandleGauge(), before);
-    EXPECT_EQ(Zombies(), 0);
+    EXPECT_EQ(Zombies(), zombies);
     EXPECT_TRUE(HaveSameAudio(source, destination));
     EXPECT_EQ(NamesIn(files.Path()), (std::set<std::u16string>{u"in.wav", u"out.wav"}));
 }
 
 TEST_F(Resources, Conversions_abandoned_with_their_handles_leave_no_zombie) {
     const std::u16string source = files.Write(u"in.wav", Recording(2000000));
+    const int zombies = Zombies();
     for (int number = 0; number < 10; ++number) {
         const std::string digit = std::to_string(number);
         Host(library).Start(
             {source, files / (u"out" + std::u16string(digit.begin(), digit.end()) + u".wav")});
     }
-    EXPECT_TRUE(Eventually([this] { return ConvertersOf(temporaries.Path()).empty() && Zombies() == 0; }));
+    EXPECT_TRUE(Eventually([&] { return ConvertersOf(temporaries.Path()).empty() && Zombies() == zombies; }));
 }
 
 TEST_F(Resources, Five_hundred_idle_handles_cost_next_to_nothing) {
@@ -104,7 +106,7 @@ TEST_F(Resources, Five_hundred_idle_handles_cost_next_to_nothing) {
     for (QvConverter*& converter : converters) converter = library.QACCreate();
     EXPECT_LE(HandleGauge().threads, before.threads + 2);
     double share = 1.0;
-    for (int look = 0; look < 5 && share >= kAllowedShare; ++look) share = std::min(share, ShareOfACore());
+    for (int look = 0; look < 10 && share >= kAllowedShare; ++look) share = std::min(share, ShareOfACore());
     std::printf("500 idle handles take %.2f %% of a core\n", share * 100.0);
     if (kMeasures) {
         EXPECT_LT(share, kAllowedShare);
