@@ -158,12 +158,18 @@ TEST(ConverterChild, missing_program_is_not_started) {
 TEST(ConverterChild, program_in_the_current_folder_is_not_taken_for_the_converter) {
     Faulty<platform::GetModuleFileNameW> names;
     names.FailAlways();
-    const Launch launch;
+    std::u16string started = u"nothing";
+    Faulty<platform::CreateProcessW> starts;
+    starts.Replace(
+        [&](char16_t* line, std::uint32_t, const platform::ChildStreams&, platform::ChildHandles*) {
+            started = line;
+            return false;
+        });
     Owner owner;
     owner.Create();
     owner.Start();
     ExpectNotStarted(owner, u"Error running Quavercore");
-    EXPECT_EQ(launch.line, u"");
+    EXPECT_EQ(started, u"");
 }
 
 TEST(ConverterChild, file_that_is_no_program_is_not_started) {
