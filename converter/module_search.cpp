@@ -8,6 +8,7 @@
 bool LoadDecoderFor(const XString& file, clQvDecoder& decoder, const XLog& log) {
     const XString extension = paths::GetExtension(file);
     XString folder = paths::GetModuleFolder(nullptr);
+    if (folder.IsEmpty()) return false;  // never from the current folder
     folder += u"decoder";
     XString pattern(u"*");
     pattern += platform::kModuleExtension;
