@@ -6,14 +6,14 @@
  *     encoder   writes one type of audio file                              9 entries
  *     DSPs      changes audio on its way through a conversion             11 entries
  *
- * A module exports every entry of its kind under exactly the names below; one that lacks any is not used,
- * whatever was wanted of it. Define QV_DECODER_MODULE, QV_ENCODER_MODULE or QV_DSP_MODULE before including
- * this header and the compiler checks the entries you write.
+ * A module exports every entry of its kind under exactly the names below; one that lacks any is not used, whatever
+ * was wanted of it. Define QV_DECODER_MODULE, QV_ENCODER_MODULE or QV_DSP_MODULE before including this header and the
+ * compiler checks the entries you write.
  *
- * Records are packed: a 64-bit pointer may stand at a multiple of 4. Text is NUL-terminated 16-bit text. A
- * text or block that a module reports stays the module's and must stand until its next call; the caller
- * copies at once. Results are 32-bit, 0 for failure, unless an entry says otherwise. One instance is used by
- * one thread at a time, not always the same one; several instances of a module can be alive at once.
+ * Records are packed: a 64-bit pointer may stand at a multiple of 4. Text is NUL-terminated 16-bit text. A text or
+ * block that a module reports stays the module's and must stand until its next call; the caller copies at once.
+ * Results are 32-bit, 0 for failure, unless an entry says otherwise. One instance is used by one thread at a time, not
+ * always the same one; several instances of a module can be alive at once.
  *
  * No entry may let an exception out. A module must not fail for ever without an end: see DecodeBlock.
  */
@@ -30,10 +30,9 @@
 
 #pragma pack(push, 1)
 
-/* Where a module may report: handles of the system (on Windows a HANDLE, elsewhere a file descriptor), 0 or
- * -1 for off. Written as 16-bit text without NUL, each message ending in CR LF and written in one piece. The
- * record stands only during the call that hands it over: copy it. The handles stay the giver's and stand as
- * long as the instance. */
+/* Where a module may report: handles of the system (on Windows a HANDLE, elsewhere a file descriptor), 0 or -1 for
+ * off. Written as 16-bit text without NUL, each message ending in CR LF and written in one piece. The record stands
+ * only during the call that hands it over: copy it. The handles stay the giver's and stand as long as the instance. */
 typedef struct QvLog {
     int64_t errorOut; /* reaches the host as error text */
     int64_t infoOut;  /* reaches the host as information text */
@@ -145,8 +144,7 @@ typedef uint64_t QvInstance;
 extern "C" {
 #endif
 
-/* ---- Decoders
- * -------------------------------------------------------------------------------------------------
+/* ---- Decoders -------------------------------------------------------------------------------------------------
  *
  * Create; any number of Get; then one of
  *     Open for 4, 8 or 16, Destroy (without Close)
@@ -159,35 +157,32 @@ extern "C" {
 typedef QvInstance(QV_CALL* QvDecoderCreate)(const QvLog* log);
 /* Ends it, also after an Open without a Close. */
 typedef void(QV_CALL* QvDecoderDestroy)(QvInstance instance);
-/* Key "Decodes": fills text (".wav") and description for row `index`. The list ends with the first 0.
- * Answered right after Create, with no file open. A row whose extension holds ".IGNORE" is not listed to
- * hosts. */
+/* Key "Decodes": fills text (".wav") and description for row `index`. The list ends with the first 0. Answered right
+ * after Create, with no file open. A row whose extension holds ".IGNORE" is not listed to hosts. */
 typedef int32_t(QV_CALL* QvDecoderGet)(QvInstance instance, const QvChar* key, clCodecQueryRec* query);
-/* Key "IDTags": replaces the tags of the file `text` by the rows at `data`. Only text, data and dataSize are
- * set. */
+/* Key "IDTags": replaces the tags of the file `text` by the rows at `data`. Only text, data and dataSize are set. */
 typedef int32_t(QV_CALL* QvDecoderSet)(QvInstance instance, const QvChar* key, const clCodecQueryRec* query);
 typedef int32_t(QV_CALL* QvDecoderOpen)(QvInstance instance, clOpenFileRec* record);
 /* The pointer has no meaning for a decoder. */
 typedef void(QV_CALL* QvDecoderClose)(QvInstance instance, void* record);
-/* Non-zero when a block was produced. After 0 the caller asks again at once, so a decoder that can't go on
- * reports what is wrong to the log, sets finished and returns non-zero: every stream ends. */
+/* Non-zero when a block was produced. After 0 the caller asks again at once, so a decoder that can't go on reports
+ * what is wrong to the log, sets finished and returns non-zero: every stream ends. */
 typedef int32_t(QV_CALL* QvDecoderDecodeBlock)(QvInstance instance, clBlockRec* block);
 /* The next block begins at this frame; a position outside the file is clamped. */
 typedef void(QV_CALL* QvDecoderSetPosition)(QvInstance instance, int64_t frame);
 /* Removes the tag of this name, or all tags when the name is null or empty. */
 typedef int32_t(QV_CALL* QvDecoderDeleteATag)(QvInstance instance, const QvChar* file, const QvChar* name);
 
-/* ---- Encoders
- * -------------------------------------------------------------------------------------------------
+/* ---- Encoders -------------------------------------------------------------------------------------------------
  *
- * Encoding: ENC_Create, ENC_BeginConversion, any number of ENC_EncodeBlock, ENC_EndConversion; ENC_Destroy
- * later. Settings: ENC_Create, ENC_ShowConfigBit, ENC_RemoveConfigBit, ENC_Destroy.
+ * Encoding: ENC_Create, ENC_BeginConversion, any number of ENC_EncodeBlock, ENC_EndConversion; ENC_Destroy later.
+ * Settings: ENC_Create, ENC_ShowConfigBit, ENC_RemoveConfigBit, ENC_Destroy.
  */
 
 typedef QvInstance(QV_CALL* QvEncoderCreate)(const QvLog* log);
 typedef void(QV_CALL* QvEncoderDestroy)(QvInstance instance);
-/* Key "Extension": fills text with the extension that the encoder writes; ".IGNORE" keeps it out of listings.
- * No other field of the record has a meaning. An encoder must be able to answer this. */
+/* Key "Extension": fills text with the extension that the encoder writes; ".IGNORE" keeps it out of listings. No
+ * other field of the record has a meaning. An encoder must be able to answer this. */
 typedef int32_t(QV_CALL* QvEncoderGet)(QvInstance instance, const QvChar* key, clCodecQueryRec* query);
 typedef int32_t(QV_CALL* QvEncoderSet)(QvInstance instance, const QvChar* key, const clCodecQueryRec* query);
 /* Puts the settings panel on the window `parent` at x, y in pixels, showing `settings`. */
@@ -195,18 +190,16 @@ typedef void(QV_CALL* QvEncoderShowConfigBit)(QvInstance instance, uint64_t pare
                                               const QvChar* settings);
 /* Takes the panel away and returns the settings text as it then stands, or null. */
 typedef const QvChar*(QV_CALL* QvEncoderRemoveConfigBit)(QvInstance instance, uint64_t parent);
-/* Opens the file. A settings text or format that the encoder can't serve is reported to the log and refused.
- */
+/* Opens the file. A settings text or format that the encoder can't serve is reported to the log and refused. */
 typedef int32_t(QV_CALL* QvEncoderBeginConversion)(QvInstance instance, clEncoderSessionRec* session);
 /* Completes and closes the file; 0 when it is not good. *reserved is 0 and has no meaning yet. */
 typedef int32_t(QV_CALL* QvEncoderEndConversion)(QvInstance instance, clEncoderSessionRec* session,
                                                  uint32_t* reserved);
-/* Takes a block, which may be empty. The result is not always looked at: an encoder that failed must also
- * fail in ENC_EndConversion. */
+/* Takes a block, which may be empty. The result is not always looked at: an encoder that failed must also fail in
+ * ENC_EndConversion. */
 typedef int32_t(QV_CALL* QvEncoderEncodeBlock)(QvInstance instance, const clBlockRec* block);
 
-/* ---- Effects
- * --------------------------------------------------------------------------------------------------
+/* ---- Effects --------------------------------------------------------------------------------------------------
  *
  * Settings: DSP_Create, DSP_ShowConfigBit, DSP_RemoveConfigBit, DSP_Destroy, as an encoder's.
  *

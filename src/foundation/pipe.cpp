@@ -8,10 +8,10 @@
 
 namespace {
 
-// A read takes no more at once, and a drain goes on to no more in all, so that sizes stay far from their
-// type's end whatever the platform reports. What is left waits for the next drain.
-constexpr std::uint32_t kLargestRead = 0x1000000;
-constexpr std::uint32_t kLargestDrain = 0x40000000;
+// A drain ends here even when its writer is faster: it must not hold up its caller, nor what the caller gathers
+// grow without end. What is left waits for the next one.
+constexpr std::uint32_t kLargestDrain = 0x400000;
+constexpr std::uint32_t kLargestRead = 0x100000;
 
 void CloseEnd(platform::Handle& handle) {
     if (handle != platform::kInvalidHandle) platform::CloseHandle(handle);

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <mutex>
 #include <optional>
+#include <string>
 
 #include "foundation/id_tag_list.h"
 #include "foundation/log.h"
@@ -83,6 +84,7 @@ class clConverter {
     void Drain();
     void DrainWithoutTimer();
     bool Deliver(XPipe& pipe, clByteStore*& undelivered, XString& text, std::atomic<bool>* endSeen);
+    void LookForEnd(std::u16string& searched, std::atomic<bool>& endSeen);
     std::int32_t TakeText(XString& text, char16_t* buffer);
 
     void Service();
@@ -92,6 +94,7 @@ class clConverter {
     std::mutex textGuard;                      // lastError and lastInfo, between the tick and the host
     clByteStore* undeliveredErrors = nullptr;  // in errorPipe, drained but still without memory to stand in
     clByteStore* undeliveredInfo = nullptr;
+    std::u16string infoTail;  // the last units of the drain before
     std::atomic<std::uint64_t> drainsBegun = 0;
     std::atomic<std::uint64_t> drainsDone = 0;  // the number of the last drain that delivered all it found
     std::optional<std::uint64_t> drainOfLastWords;  // the first drain that begins behind the end of the run

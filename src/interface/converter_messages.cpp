@@ -109,17 +109,24 @@ bool clConverter::Deliver(XPipe& pipe, clByteStore*& undelivered, XString& text,
     if (!undelivered) undelivered = TakeWaiting(pipe);
     if (!undelivered) return true;
     const std::u16string units = AsText(*undelivered);
+    std::u16string searched = endSeen ? infoTail + units.c_str() : std::u16string();
     {
         std::lock_guard lock(textGuard);
         text.Append(units.c_str());
     }
     undelivered->SetCursor(0);
     undelivered = nullptr;
-    if (endSeen && std::u16string_view(units.c_str()).find(kEndOfRun) != std::u16string_view::npos)
-        *endSeen = true;
+    if (endSeen) LookForEnd(searched, *endSeen);
     return true;
 } catch (const std::bad_alloc&) {
     return false;
+}
+
+// A full pipe can part the words over two drains: what might be their beginning is kept for the next one.
+void clConverter::LookForEnd(std::u16string& searched, std::atomic<bool>& endSeen) {
+    if (searched.find(kEndOfRun) != std::u16string::npos) endSeen = true;
+    if (searched.size() >= kEndOfRun.size()) searched.erase(0, searched.size() - kEndOfRun.size() + 1);
+    infoTail.swap(searched);
 }
 
 std::int32_t clConverter::TakeText(XString& text, char16_t* buffer) {

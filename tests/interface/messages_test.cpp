@@ -152,6 +152,21 @@ TEST(Messages, Only_the_information_channel_tells_the_end_of_a_run) {
     EXPECT_EQ(host.Info(), u"Encoding is finished\r\nWas: Encoding finished, at last\r\n");
 }
 
+TEST(Messages, The_end_of_a_run_is_heard_also_when_two_drains_share_its_words) {
+    const ManualTimers timers;
+    const std::u16string words = u"Encoding finished";
+    for (std::size_t cut = 1; cut < words.size(); ++cut) {
+        Host host;
+        WriteTo(host->log.mInfoOut, words.substr(0, cut));
+        timers.Tick();
+        EXPECT_FALSE(host->encodingFinished) << cut;
+        WriteTo(host->log.mInfoOut, words.substr(cut));
+        timers.Tick();
+        EXPECT_TRUE(host->encodingFinished) << cut;
+        EXPECT_EQ(host.Info(), words) << cut;
+    }
+}
+
 TEST(Messages, A_tick_that_finds_nothing_allocates_nothing) {
     const ManualTimers timers;
     Host host;
