@@ -54,14 +54,14 @@ TEST(Time, the_tick_count_moves_on_and_wraps_like_any_unsigned) {
 }
 
 TEST(Time, the_fine_counter_never_goes_back) {
-    std::int64_t last = 0;
-    ASSERT_TRUE(QueryPerformanceCounter(&last));
+    std::int64_t former = 0;
+    ASSERT_TRUE(QueryPerformanceCounter(&former));
     for (int moves = 0; moves < 100;) {
         std::int64_t next = 0;
         ASSERT_TRUE(QueryPerformanceCounter(&next));
-        ASSERT_GE(next, last);
-        moves += next > last;
-        last = next;
+        ASSERT_GE(next, former);
+        moves += next > former;
+        former = next;
     }
 }
 

@@ -18,7 +18,6 @@
 #include "platform/posix/native_error.h"
 #include "platform/posix/service.h"
 #include "platform/posix/tasks.h"
-#include "platform/process.h"
 #include "platform/synchronisation.h"
 
 namespace platform::posix {
@@ -39,14 +38,13 @@ int LeftUntil(const Deadline& deadline, int most) {
 
 }  // namespace
 
-Child::Child(pid_t id)
-    : mId(id),
-      mEnd(RaiseDescriptor(static_cast<int>(syscall(SYS_pidfd_open, id, 0)))),
-      mThreadPriority(kThreadPriorityNormal),
-      mPriorityClass(kNormalPriorityClass) {}
+void Child::Begin(pid_t id) {
+    mId = id;
+    mEnd = Descriptor(RaiseDescriptor(static_cast<int>(syscall(SYS_pidfd_open, id, 0))));
+}
 
 Child::~Child() {
-    if (!HasEnded()) AdoptChild(mId);
+    if (mId && !HasEnded()) AdoptChild(mId);
 }
 
 // Under the lock.
@@ -120,8 +118,8 @@ bool Child::SetPriorityClass(std::uint32_t priorityClass) {
     return Apply(mThreadPriority, priorityClass);
 }
 
-// What could not be applied is not remembered either. A nice value is a thread's own here, so every thread
-// gets it.
+// What could not be applied is not remembered either. A nice value is a thread's own
+// here, so every thread gets it.
 bool Child::Apply(std::int32_t priority, std::uint32_t priorityClass) {
     if (HasEnded()) return Fail(kErrorAccessDenied);
     const int nice = NiceValueOf(priority, priorityClass);

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "platform/posix/waitable.h"
+#include "platform/process.h"
 
 namespace platform::posix {
 
@@ -15,10 +16,13 @@ class Child {
   public:
     static constexpr std::uint32_t kNoCount = 0xFFFFFFFF;
 
-    explicit Child(pid_t id);
+    Child() = default;
     ~Child();  // hands a child that still runs to the service
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
+
+    // Before anything else: the process that this is. Takes no memory, so no child is lost for want of it.
+    void Begin(pid_t id);
 
     std::uint32_t Wait(const Deadline& deadline);
     bool GetExitCode(std::uint32_t* exitCode);
@@ -36,19 +40,22 @@ class Child {
     void SleepUntilEnd(const Deadline& deadline);
     bool Apply(std::int32_t priority, std::uint32_t priorityClass);
 
-    const pid_t mId;
-    const Descriptor mEnd;  // readable once the child has ended; none where the system has no such thing
-    std::mutex mLock;       // over what follows
+    pid_t mId = 0;
+    Descriptor mEnd;   // readable once the child has ended; none where the system has no such thing
+    std::mutex mLock;  // over what follows
     bool mEnded = false;
     std::optional<std::uint32_t> mExitCode;  // none when the host took the child's end away
     std::uint32_t mSuspensions = 0;
-    std::int32_t mThreadPriority;
-    std::uint32_t mPriorityClass;
+    std::int32_t mThreadPriority = kThreadPriorityNormal;
+    std::uint32_t mPriorityClass = kNormalPriorityClass;
 };
 
 class ChildHandle : public Waitable {
   public:
     explicit ChildHandle(std::shared_ptr<Child> child) : mChild(std::move(child)) {}
+    // Before anything else: the process that this is. Takes no memory, so no child is lost for want of it.
+    void Begin(pid_t id);
+
     std::uint32_t Wait(const Deadline& deadline) override { return mChild->Wait(deadline); }
     Child& Get() { return *mChild; }
 

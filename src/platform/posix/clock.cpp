@@ -1,5 +1,5 @@
-// Time. The tick count goes on while the system sleeps; waiting and the fine counter go by the clock that
-// does not.
+// Time. The tick count goes on while the system sleeps; waiting and the fine counter go
+// by the clock that does not.
 #include "platform/clock.h"
 
 #include <time.h>

@@ -26,8 +26,8 @@ class Event : public Waitable {
     EventWord* mWord;
 };
 
-// Null on failure, the reason stored. Of the two outcomes of Create, new and found, the last error tells
-// which.
+// Null on failure, the reason stored. Of the two outcomes of Create, new and found,
+// the last error tells which.
 std::unique_ptr<Event> CreateNamedEvent(const std::string& name);
 std::unique_ptr<Event> OpenNamedEvent(const std::string& name);
 

@@ -1,9 +1,9 @@
-// Files by handle: a handle is a descriptor, and every operation one system call, repeated where a signal of
-// the host cut it short.
+// Files by handle: a handle is a descriptor, and every operation one system call, repeated where a signal
+// of the host cut it short.
 //
-// A write to a pipe that nobody reads raises SIGPIPE, whose action belongs to the host. It is held back for
-// this thread during the write and taken away again if the write is what raised it; the host's own settings
-// are not touched.
+// A write to a pipe that nobody reads raises SIGPIPE, whose action belongs to the host. It is held back
+// for this thread during the write and taken away again if the write is what raised it; the host's own
+// settings are not touched.
 #include "platform/file.h"
 
 #include <fcntl.h>

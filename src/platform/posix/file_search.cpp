@@ -1,5 +1,5 @@
-// Walking a folder. The entries come in the folder's own order, matched here against the pattern's last part.
-// A pattern without wildcards is asked for by its name, without a walk.
+// Walking a folder. The entries come in the folder's own order, matched here against the pattern's last
+// part. A pattern without wildcards is asked for by its name, without a walk.
 #include <dirent.h>
 
 #include <algorithm>
@@ -18,8 +18,8 @@ using namespace posix;
 
 namespace {
 
-// Goes back to the last * on a mismatch and lets it take one unit more, so the cost is at most the product of
-// the two lengths.
+// Goes back to the last * on a mismatch and lets it take one unit more, so the cost is at most the
+// product of the two lengths.
 bool Matches(const std::u16string& name, const std::u16string& pattern) {
     std::size_t n = 0, p = 0, star = std::u16string::npos, resume = 0;
     while (n < name.size()) {
@@ -48,18 +48,20 @@ bool Store(const std::string& path, const std::u16string& name, FindData* data) 
     return true;
 }
 
+struct CloseFolder {
+    void operator()(DIR* entries) const { closedir(entries); }
+};
+using Entries = std::unique_ptr<DIR, CloseFolder>;
+
 class Search : public HandleObject {
   public:
-    Search(std::string folder, std::u16string pattern, DIR* entries)
-        : mFolder(std::move(folder)), mPattern(std::move(pattern)), mEntries(entries) {}
-    ~Search() override {
-        if (mEntries) closedir(mEntries);
-    }
+    Search(std::string folder, std::u16string pattern, Entries entries)
+        : mFolder(std::move(folder)), mPattern(std::move(pattern)), mEntries(std::move(entries)) {}
 
     // An entry that vanished between its listing and the look at it is passed over.
     bool Next(FindData* data) {
         errno = 0;
-        while (const dirent* entry = mEntries ? readdir(mEntries) : nullptr) {
+        while (const dirent* entry = mEntries ? readdir(mEntries.get()) : nullptr) {
             const std::u16string name = Wide(entry->d_name);
             if (Matches(name, mPattern) && Store(mFolder + entry->d_name, name, data)) return true;
             errno = 0;
@@ -70,16 +72,16 @@ class Search : public HandleObject {
   private:
     std::string mFolder;
     std::u16string mPattern;
-    DIR* mEntries;  // null when the one entry asked for has been reported
+    Entries mEntries;  // null when the one entry asked for has been reported
 };
 
 Handle StartWalk(const std::string& folder, const std::u16string& pattern, FindData* data) {
-    DIR* const entries = opendir(folder.empty() ? "." : folder.c_str());
+    Entries entries(opendir(folder.empty() ? "." : folder.c_str()));
     if (!entries) {
         Fail(errno == ENOENT ? kErrorPathNotFound : ErrorOf(errno));
         return kInvalidHandle;
     }
-    auto search = std::make_unique<Search>(folder, pattern, entries);
+    auto search = std::make_unique<Search>(folder, pattern, std::move(entries));
     if (search->Next(data)) return HandleOf(search.release());
     if (errno == 0) Fail(kErrorFileNotFound);
     return kInvalidHandle;
@@ -92,7 +94,7 @@ Handle FindFirst(const char16_t* pattern, FindData* data) {
     if (last.find_first_of(u"*?") != last.npos) return StartWalk(Narrow(folder.c_str()), last, data);
     const std::string name = Narrow(pattern);
     errno = ENOENT;
-    if (!last.empty() && Store(name, last, data)) return HandleOf(new Search({}, {}, nullptr));
+    if (!last.empty() && Store(name, last, data)) return HandleOf(new Search({}, {}, {}));
     FailOnPath(name);
     return kInvalidHandle;
 }

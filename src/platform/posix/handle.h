@@ -1,8 +1,8 @@
 // What a Handle holds here.
 //
-// A file or pipe end is its descriptor number, so a module or a child can be given it as it is. Everything
-// else is an object on the heap whose address, with a bit set that no address and no descriptor has, is the
-// handle.
+// A file or pipe end is its descriptor number, so a module or a child can be given it as it is.
+// Everything else is an object on the heap whose address, with a bit set that no address and no
+// descriptor has, is the handle.
 #pragma once
 
 #include <unistd.h>
@@ -36,8 +36,8 @@ inline HandleObject* ObjectOf(Handle handle) {
 // Stores kErrorInvalidHandle; false.
 bool FailWrongKind();
 
-// The object of this type behind the handle; null, with kErrorInvalidHandle stored, when it is something
-// else.
+// The object of this type behind the handle; null, with kErrorInvalidHandle stored,
+// when it is something else.
 template <class Type>
 Type* ObjectAs(Handle handle) {
     Type* const object = dynamic_cast<Type*>(ObjectOf(handle));

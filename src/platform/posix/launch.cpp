@@ -4,10 +4,10 @@
 // process has to ask the system for that itself, between fork and exec; and the system means the end of the
 // thread that forked. So one thread, made for this and never ended, does it.
 //
-// This code stands in a process twice when a program of ours uses the library, and the program's choice has
-// to reach the library's children. The two know nothing of each other but share the environment, so that is
-// where the choice is kept, with the id of the process that made it: its children inherit the variable, not
-// the meaning.
+// This code stands in a process twice when a program of ours uses the library, and the program's choice
+// has to reach the library's children. The two know nothing of each other but share the environment, so
+// that is where the choice is kept, with the id of the process that made it: its children inherit the
+// variable, not the meaning.
 #include "platform/posix/launch.h"
 
 #include <dlfcn.h>
@@ -179,8 +179,8 @@ void StayLoaded() {
     }
 }
 
-// Started with the first child that needs it; it lives as long as the process, as its thread does. Null with
-// errno when there is no room for a thread.
+// Started with the first child that needs it; it lives as long as the process, as its thread does. Null
+// with errno when there is no room for a thread.
 Keeper* TheKeeper() {
     static std::mutex lock;
     static Keeper* keeper = nullptr;

@@ -19,8 +19,8 @@ struct Launch {
 // errno, also when it is the program that can't be run.
 pid_t Start(const Launch& launch);
 
-// From here on Start makes children that the system kills when this process ends, whichever copy of this code
-// in the process it is. Before there is a second thread.
+// From here on Start makes children that the system kills when this process ends, whichever copy of this
+// code in the process it is. Before there is a second thread.
 bool BindChildrenToThisProcess();
 
 }  // namespace platform::posix

@@ -1,8 +1,8 @@
 // Loaded modules.
 //
 // The dynamic linker looks for what a module depends on where the module's own file tells it to, which need
-// not be beside it. When a library of a plain name is missing and stands in the module's folder, it is loaded
-// from there and the module tried again; the linker then finds it among what is loaded.
+// not be beside it. When a library of a plain name is missing and stands in the module's folder, it is
+// loaded from there and the module tried again; the linker then finds it among what is loaded.
 #include "platform/module.h"
 
 #include <dlfcn.h>
@@ -34,8 +34,8 @@ std::string RealPath(const char* path) {
     return real ? real.get() : "";
 }
 
-// What the linker just complained about, if that is a library in `folder`: its messages begin with the file's
-// name.
+// What the linker just complained about, if that is a library in `folder`: its messages
+// begin with the file's name.
 std::string MissingDependency(const std::string& folder) {
     const char* const message = dlerror();
     const std::string text = message ? message : "";

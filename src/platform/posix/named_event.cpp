@@ -1,23 +1,20 @@
 // Named events: a small file in shared memory per name, mapped by everyone who holds the event.
 //
-// Two byte ranges of the file are locked, by locks that belong to an open file description and so end with it
-// however its process ends:
-//   the gate    is held, alone, by whoever is creating, opening or closing. It is in the file itself, so
-//   after
-//               passing it one must see that the file still has its name, and begin again when it has not.
-//   the holders' lock is held, shared, by every handle. Who passes the gate and could have it alone is the
-//   only one:
-//               then the file was just made or is what killed processes left, and the event in it is a new
-//               one.
-// The last handle to close takes the name away. What killed processes left under other names is swept up once
-// in the life of a process that uses named events.
+// Two bytes of the file are locked, by locks that belong to an open file description and so end with it
+// however its process ends. The first is the gate: whoever creates, opens or closes holds it alone. As it
+// is in the file itself, one must see behind it that the file still has its name, and begin again when it
+// has not. The second is held, shared, by every handle. Who is behind the gate and could have it alone is
+// the only one: the file was just made or is what killed processes left, and the event in it is a new one.
+//
+// The last handle to close takes the name away. What killed processes left under other names is swept up
+// once in the life of a process that creates named events.
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <mutex>
-#include <new>
+#include <utility>
 
 #include "platform/error.h"
 #include "platform/posix/event.h"
@@ -90,17 +87,34 @@ Descriptor OpenFile(const std::string& path, int flags) {
     return {};
 }
 
+// The event's word in memory that is shared with everyone who maps the file; none when that failed.
+class Mapping {
+  public:
+    explicit Mapping(int file) {
+        void* const memory = mmap(nullptr, sizeof(EventWord), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+        if (memory != MAP_FAILED) mWord = static_cast<EventWord*>(memory);
+    }
+    Mapping(Mapping&& other) noexcept : mWord(std::exchange(other.mWord, nullptr)) {}
+    Mapping& operator=(Mapping&&) = delete;
+    ~Mapping() {
+        if (mWord) munmap(mWord, sizeof(EventWord));
+    }
+    EventWord* Word() const { return mWord; }
+
+  private:
+    EventWord* mWord = nullptr;
+};
+
 class NamedEvent : public Event {
   public:
-    NamedEvent(Descriptor file, std::string path, void* memory)
-        : Event(static_cast<EventWord*>(memory)),
+    NamedEvent(Descriptor&& file, std::string&& path, Mapping&& mapping)
+        : Event(mapping.Word()),
           mFile(std::move(file)),
           mPath(std::move(path)),
-          mMemory(memory) {}
-    // The locks are given up by hand: a fork of the host without an exec would keep the descriptor, and them,
-    // alive.
+          mMapping(std::move(mapping)) {}
+    // The locks are given up by hand: a fork of the host without an exec would keep the
+    // descriptor, and them, alive.
     ~NamedEvent() override {
-        munmap(mMemory, sizeof(EventWord));
         const int file = mFile.Get();
         const Gate gate(file);
         if (gate && LockAlone(file) && StillHasName(file, mPath)) unlink(mPath.c_str());
@@ -110,17 +124,17 @@ class NamedEvent : public Event {
   private:
     Descriptor mFile;
     std::string mPath;
-    void* mMemory;
+    Mapping mMapping;
 };
 
-// Writing the first word also takes the memory for it, so that a full file system is an error now and no
-// fault later.
+// Writing the first word also takes the memory for it, so that a full file system is an
+// error now and no fault later.
 bool MakeNew(int file) {
     constexpr std::uint32_t kNotSet = 0;
     return pwrite(file, &kNotSet, sizeof kNotSet, 0) == sizeof kNotSet;
 }
 
-// Null with errno when it can't be mapped; `file` then stays the caller's.
+// Null with errno when it can't be mapped; `file` stays the caller's then, and when there is no memory.
 std::unique_ptr<Event> Map(Descriptor& file, const std::string& path) {
     struct stat state;
     if (fstat(file.Get(), &state) != 0) return nullptr;
@@ -128,9 +142,9 @@ std::unique_ptr<Event> Map(Descriptor& file, const std::string& path) {
         errno = EIO;
         return nullptr;
     }
-    void* const memory = mmap(nullptr, sizeof(EventWord), PROT_READ | PROT_WRITE, MAP_SHARED, file.Get(), 0);
-    if (memory == MAP_FAILED) return nullptr;
-    return std::make_unique<NamedEvent>(std::move(file), path, memory);
+    Mapping mapping(file.Get());
+    if (!mapping.Word()) return nullptr;
+    return std::make_unique<NamedEvent>(std::move(file), std::string(path), std::move(mapping));
 }
 
 enum class Attempt { kDone, kAgain };

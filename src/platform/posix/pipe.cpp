@@ -28,8 +28,8 @@ bool Create(Handle* readEnd, Handle* writeEnd) {
     return true;
 }
 
-// Only a pipe that is empty at the moment its writers are seen to be gone is broken: what they left comes
-// first.
+// Only a pipe that is empty at the moment its writers are seen to be gone is broken:
+// what they left comes first.
 bool Peek(Handle readEnd, std::uint32_t* available) {
     *available = 0;
     pollfd state{DescriptorOf(readEnd), POLLIN, 0};

@@ -20,8 +20,8 @@ using namespace posix;
 
 namespace {
 
-// Placing one stream must not overwrite the other, so a stream that is one of the three standard ones goes by
-// a copy further up. That copy is what this owns.
+// Placing one stream must not overwrite the other, so a stream that is one of the three standard ones goes
+// by a copy further up. That copy is what this owns.
 class StreamForChild {
   public:
     explicit StreamForChild(Handle stream) : mNumber(DescriptorOf(stream)) {
@@ -42,12 +42,15 @@ bool Create(char16_t* commandLine, std::uint32_t flags, const ChildStreams& stre
     for (const std::u16string& argument : SplitCommandLine(commandLine)) {
         launch.arguments.push_back(Narrow(argument.c_str()));
     }
+    const auto shared = std::make_shared<Child>();
+    auto process = std::make_unique<ProcessHandle>(shared);
+    auto thread = std::make_unique<ThreadHandle>(shared);
     const pid_t id = Start(launch);
     if (id < 0) return FailOnPath(launch.arguments[0]);
-    const auto shared = std::make_shared<Child>(id);
+    shared->Begin(id);
     if (flags & kIdlePriorityClass) shared->SetPriorityClass(kIdlePriorityClass);
-    child->process = HandleOf(new ProcessHandle(shared));
-    child->thread = HandleOf(new ThreadHandle(shared));
+    child->process = HandleOf(process.release());
+    child->thread = HandleOf(thread.release());
     return true;
 }
 

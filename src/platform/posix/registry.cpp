@@ -1,10 +1,10 @@
-// The settings store: a key is a folder, a value is a file in it, holding the value's type in four bytes and
-// then its data.
+// The settings store: a key is a folder, a value is a file in it, holding the value's type in
+// four bytes and then its data.
 //
-// A value is written under a name of its own, made sure to be on the disk, and renamed: there is never a
-// moment at which a reader or a crash could meet half of it. Names are folded to lower case and spelled so
-// that any text is one file name; a value's begins with '=', which no key's does, so a key and a value may
-// have one name.
+// A value is written under a name of its own, made sure to be on the disk, and renamed: there is never
+// a moment at which a reader or a crash could meet half of it. Names are folded to lower case and
+// spelled so that any text is one file name; a value's begins with '=', which no key's does, so a key
+// and a value may have one name.
 #include "platform/registry.h"
 
 #include <fcntl.h>

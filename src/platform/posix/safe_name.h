@@ -5,9 +5,9 @@
 
 namespace platform::posix {
 
-// Letters, digits, '-', '_' and inner dots stay, every other byte becomes its percent form. The result is
-// never hidden, never "." or "..", and ends in a hash when it would be too long to be a file name. Empty
-// stays empty.
+// Letters, digits, '-', '_' and inner dots stay, every other byte becomes its percent form. The
+// result is never hidden, never "." or "..", and ends in a hash when it would be too long to be a
+// file name. Empty stays empty.
 std::string SafeName(const std::string& text);
 
 }  // namespace platform::posix

@@ -1,14 +1,14 @@
 // All timers of the process on one thread.
 //
 // The ticks of a timer fall on whole multiples of its period on the system's clock, so any number of timers
-// of one period costs the thread one wake-up per period. The next tick of each stands in a set ordered by
-// time. The lock is not held during a tick; who removes a timer waits for the tick of that timer alone.
+// of one period costs the thread one wake-up per period. They stand in a map ordered by their next tick.
+// The lock is not held during a tick; who removes a timer waits for the tick of that timer alone.
 //
 // The thread ends when it has nothing left to do, and whoever took away its last timer joins it, so that
-// afterwards the process has the threads it had before. (Unless another timer's tick is just running: that is
-// not waited for, and the thread ends by itself behind it.) Each thread knows its generation: one that was
-// given up ends even when a new one has been started meanwhile. The signals of the host are blocked in it:
-// they are the host's threads' affair.
+// afterwards the process has the threads it had before. (Unless another timer's tick is just running: that
+// is not waited for, and the thread ends by itself behind it.) Each thread knows its generation: one that
+// was given up ends even when a new one has been started meanwhile. The signals of the host are blocked in
+// it: they are the host's threads' affair.
 #include "platform/posix/service.h"
 
 #include <pthread.h>
@@ -21,7 +21,7 @@
 #include <condition_variable>
 #include <map>
 #include <mutex>
-#include <set>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -43,7 +43,28 @@ struct Timer {
     Clock::duration period;
     TimerCallback callback;
     void* user;
-    Clock::time_point due;
+};
+using Tickets = std::map<std::pair<Clock::time_point, std::uint32_t>, Timer>;
+
+Clock::time_point NextMultiple(Clock::duration period, Clock::time_point earliest) {
+    const auto periods = (earliest.time_since_epoch() - Clock::duration(1)) / period;
+    return Clock::time_point(period * (periods + 1));
+}
+
+// The host's signals are blocked while this lives, and in a thread started meanwhile for good.
+class NoSignals {
+  public:
+    NoSignals() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &mFormer);
+    }
+    ~NoSignals() { pthread_sigmask(SIG_SETMASK, &mFormer, nullptr); }
+    NoSignals(const NoSignals&) = delete;
+    NoSignals& operator=(const NoSignals&) = delete;
+
+  private:
+    sigset_t mFormer;
 };
 
 class Service {
@@ -57,12 +78,12 @@ class Service {
     using Lock = std::unique_lock<std::mutex>;
 
     bool IsIdle() const { return mTimers.empty() && mChildren.empty(); }
+    Tickets::iterator Find(std::uint32_t id);
     bool EnsureThread(Lock& lock);
     void RetireThread(Lock& lock);
     void Run(std::uint64_t generation);
     void Tick(Lock& lock);
     void Sleep(Lock& lock);
-    void Schedule(std::uint32_t id, Timer& timer, Clock::time_point earliest);
     void ReapChildren();
 
     std::mutex mLock;
@@ -74,8 +95,7 @@ class Service {
     std::atomic<pid_t> mProcess = 0;  // that the thread belongs to
     std::uint32_t mLastId = 0;
     std::uint32_t mTicking = 0;  // the timer whose tick is running, or 0
-    std::map<std::uint32_t, Timer> mTimers;
-    std::set<std::pair<Clock::time_point, std::uint32_t>> mSchedule;
+    Tickets mTimers;             // by their next tick
     std::vector<pid_t> mChildren;
 };
 
@@ -83,9 +103,7 @@ class Service {
 bool Service::EnsureThread(Lock&) {
     if (mAlive) return true;
     if (mThread.joinable()) mThread.join();
-    sigset_t all, former;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &former);
+    const NoSignals blocked;
     try {
         mThread = std::thread(&Service::Run, this, ++mGeneration);
         pthread_setname_np(mThread.native_handle(), "quavermill");
@@ -93,12 +111,11 @@ bool Service::EnsureThread(Lock&) {
         mAlive = true;
     } catch (const std::system_error&) {
     }
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
     return mAlive;
 }
 
-// Ends and joins the thread; the lock is free while it is waited for. From a tick it can't be joined: it will
-// see for itself that there is nothing left.
+// Ends and joins the thread; the lock is free while it is waited for. From a tick it can't be joined: it
+// will see for itself that there is nothing left.
 void Service::RetireThread(Lock& lock) {
     if (!mThread.joinable() || mThread.get_id() == std::this_thread::get_id()) return;
     std::thread retired = std::move(mThread);
@@ -110,34 +127,30 @@ void Service::RetireThread(Lock& lock) {
     lock.lock();
 }
 
-void Service::Schedule(std::uint32_t id, Timer& timer, Clock::time_point earliest) {
-    const auto periods = (earliest.time_since_epoch() - Clock::duration(1)) / timer.period;
-    timer.due = Clock::time_point(timer.period * (periods + 1));
-    mSchedule.emplace(timer.due, id);
+Tickets::iterator Service::Find(std::uint32_t id) {
+    return std::find_if(mTimers.begin(), mTimers.end(),
+                        [id](const auto& timer) { return timer.first.second == id; });
 }
 
 std::uint32_t Service::Add(Clock::duration period, TimerCallback callback, void* user) {
     Lock lock(mLock);
     do {
         ++mLastId;
-    } while (mLastId == 0 || mTimers.contains(mLastId));
+    } while (mLastId == 0 || Find(mLastId) != mTimers.end());
     const std::uint32_t id = mLastId;
-    Timer& timer = mTimers[id] = {period, callback, user, {}};
-    Schedule(id, timer, Clock::now() + period);
-    if (!EnsureThread(lock)) {
-        mSchedule.erase({timer.due, id});
-        mTimers.erase(id);
-        return 0;
-    }
+    const Clock::time_point due = NextMultiple(period, Clock::now() + period);
+    Tickets timer;
+    timer.emplace(std::pair(due, id), Timer{period, callback, user});
+    if (!EnsureThread(lock)) return 0;
+    mTimers.merge(timer);
     mWork.notify_all();
     return id;
 }
 
 bool Service::Remove(std::uint32_t id) {
     Lock lock(mLock);
-    const auto found = mTimers.find(id);
+    const auto found = Find(id);
     if (found == mTimers.end()) return Fail(kErrorInvalidParameter);
-    mSchedule.erase({found->second.due, id});
     mTimers.erase(found);
     if (mThread.get_id() == std::this_thread::get_id()) return true;
     mTickDone.wait(lock, [&] { return mTicking != id; });
@@ -162,13 +175,12 @@ void Service::ReapChildren() {
     });
 }
 
-// A fork of the host that ends without an exec has this object and its lock as they happened to be, but no
-// thread.
+// A fork of the host that ends without an exec has this object and its lock as they
+// happened to be, but no thread.
 void Service::Shutdown() {
     if (mProcess != getpid()) return;
     Lock lock(mLock);
     mTimers.clear();
-    mSchedule.clear();
     ReapChildren();
     mChildren = {};
     RetireThread(lock);
@@ -180,7 +192,7 @@ void Service::Run(std::uint64_t generation) {
     Fail(kErrorSuccess);
     Lock lock(mLock);
     while (generation == mGeneration && !IsIdle()) {
-        if (!mSchedule.empty() && mSchedule.begin()->first <= Clock::now()) {
+        if (!mTimers.empty() && mTimers.begin()->first.first <= Clock::now()) {
             Tick(lock);
         } else {
             ReapChildren();
@@ -190,16 +202,16 @@ void Service::Run(std::uint64_t generation) {
     if (generation == mGeneration) mAlive = false;
 }
 
+// Moving the timer on takes no memory: there is nobody here to tell that there is none.
 void Service::Tick(Lock& lock) {
-    const std::uint32_t id = mSchedule.begin()->second;
-    Timer& timer = mTimers.at(id);
-    mSchedule.erase(mSchedule.begin());
-    Schedule(id, timer, std::max(timer.due + timer.period, Clock::now()));
-    const TimerCallback callback = timer.callback;
-    void* const user = timer.user;
+    auto node = mTimers.extract(mTimers.begin());
+    const Timer timer = node.mapped();
+    auto& [due, id] = node.key();
+    due = NextMultiple(timer.period, std::max(due + timer.period, Clock::now()));
     mTicking = id;
+    mTimers.insert(std::move(node));
     lock.unlock();
-    callback(user);
+    timer.callback(timer.user);
     lock.lock();
     mTicking = 0;
     mTickDone.notify_all();
@@ -207,13 +219,13 @@ void Service::Tick(Lock& lock) {
 
 void Service::Sleep(Lock& lock) {
     Clock::time_point until = Clock::time_point::max();
-    if (!mSchedule.empty()) until = mSchedule.begin()->first;
+    if (!mTimers.empty()) until = mTimers.begin()->first.first;
     if (!mChildren.empty()) until = std::min(until, Clock::now() + kChildrenInterval);
     mWork.wait_until(lock, until);
 }
 
-// Made on first use and never destroyed, so that whoever still ends a timer while the program goes down finds
-// it.
+// Made on first use and never destroyed, so that whoever still ends a timer while the
+// program goes down finds it.
 Service& TheService() {
     union Storage {
         Service service;
@@ -238,8 +250,11 @@ bool RemoveTimer(std::uint32_t timer) {
     return TheService().Remove(timer);
 }
 
-void AdoptChild(pid_t child) {
-    TheService().Adopt(child);
+void AdoptChild(pid_t child) noexcept {
+    try {
+        TheService().Adopt(child);
+    } catch (const std::bad_alloc&) {
+    }
 }
 
 }  // namespace platform::posix

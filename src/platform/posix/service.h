@@ -1,5 +1,5 @@
-// The library's one thread, alive while there is something for it to do: periodic timers, and children whose
-// handles were closed while they ran and whose end somebody has to take notice of.
+// The library's one thread, alive while there is something for it to do: periodic timers, and children
+// whose handles were closed while they ran and whose end somebody has to take notice of.
 #pragma once
 
 #include <sys/types.h>
@@ -16,7 +16,8 @@ std::uint32_t AddTimer(std::uint32_t periodMs, TimerCallback callback, void* use
 // False for an unknown identifier. No tick runs any more when this returns, unless it is called from one.
 bool RemoveTimer(std::uint32_t timer);
 
-// Takes over a running child of this process until its end.
-void AdoptChild(pid_t child);
+// Takes over a running child of this process until its end. Without memory to note it
+// down it stays the host's.
+void AdoptChild(pid_t child) noexcept;
 
 }  // namespace platform::posix

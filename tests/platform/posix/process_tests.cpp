@@ -28,8 +28,8 @@ using namespace platform;
 
 namespace {
 
-// A set of signals out of the process's status. Two numbers belong to the thread library alone, which nobody
-// sets.
+// A set of signals out of the process's status. Two numbers belong to the thread library
+// alone, which nobody sets.
 unsigned long long SignalsIn(const char* line) {
     constexpr unsigned long long kThreadLibrary = 3ull << 31;
     std::ifstream status("/proc/self/status");
