@@ -182,7 +182,7 @@ void Service::Shutdown() {
     Lock lock(mLock);
     mTimers.clear();
     ReapChildren();
-    mChildren = {};
+    std::vector<pid_t>().swap(mChildren);  // assigning {} would keep its memory
     RetireThread(lock);
 }
 
