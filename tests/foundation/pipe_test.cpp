@@ -221,7 +221,7 @@ TEST(Pipe, A_platform_that_promises_too_much_is_not_believed) {
     });
     Faulty<platform::ReadFile> reads;
     reads.Replace([](platform::Handle, void* buffer, std::uint32_t count, std::uint32_t* read) {
-        EXPECT_EQ(count, 0x1000000u);
+        EXPECT_EQ(count, 0x100000u);
         *static_cast<char*>(buffer) = 'x';
         *read = 1;
         return true;
