@@ -2,19 +2,20 @@
 #include <thread>
 
 #include "endtoend/conversion.h"
-#include "endtoend/effort.h"
 #include "endtoend/recordings.h"
 #include "endtoend/stage.h"
 
 namespace {
 
+constexpr int kConversions = 50;  // of each thread
+
 class SideBySide : public Stage {
   protected:
     // One thread's share. The result is how many of its conversions were right.
-    int Convert(std::uint32_t thread, int conversions) const {
+    int Convert(std::uint32_t thread) const {
         Host host(library);
         int right = 0;
-        for (int number = 0; number < conversions; ++number) {
+        for (int number = 0; number < kConversions; ++number) {
             const std::u16string stem = u"song." + std::u16string(thread, u'x');
             const auto content = static_cast<std::uint32_t>(number) * 10 + thread;
             const std::u16string source = files.Write(stem + u"in.wav", Recording(50000, content));
@@ -28,13 +29,13 @@ class SideBySide : public Stage {
         return right;
     }
 
-    void ConvertInThreads(std::uint32_t count, int conversions) const {
+    void ConvertInThreads(std::uint32_t count) const {
         std::vector<int> right(count);
         std::vector<std::thread> threads;
         for (std::uint32_t thread = 0; thread < count; ++thread)
-            threads.emplace_back([&, thread] { right[thread] = Convert(thread, conversions); });
+            threads.emplace_back([&, thread] { right[thread] = Convert(thread); });
         for (std::thread& thread : threads) thread.join();
-        EXPECT_EQ(right, std::vector<int>(count, conversions));
+        EXPECT_EQ(right, std::vector<int>(count, kConversions));
         EXPECT_EQ(NamesIn(files.Path()).size(), count * std::size_t{2});
     }
 };
@@ -42,9 +43,9 @@ class SideBySide : public Stage {
 }  // namespace
 
 TEST_F(SideBySide, Two_handles_do_not_disturb_each_other) {
-    ConvertInThreads(2, Times(50, 50, 20));
+    ConvertInThreads(2);
 }
 
 TEST_F(SideBySide, Eight_handles_do_not_disturb_each_other) {
-    ConvertInThreads(8, Times(50, 20, 5));
+    ConvertInThreads(8);
 }
