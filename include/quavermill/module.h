@@ -52,10 +52,12 @@ typedef struct clCodecQueryRec {
 
 /* What an Open is for. */
 enum {
-    QV_OPEN_DECODING = 1,      /* fill format, lengthMs, fileSize */
-    QV_OPEN_PROPERTIES = 4,    /* fill format, property, lengthMs, fileSize */
-    QV_OPEN_TAGS = 8,          /* fill tagData, tagDataSize */
-    QV_OPEN_PROPERTY_ROWS = 16 /* fill propertyData, propertyDataSize */
+    QV_OPEN_DECODING = 1,       /* fill format, lengthMs, fileSize */
+    QV_OPEN_PROPERTIES = 4,     /* fill format, property, lengthMs, fileSize */
+    QV_OPEN_TAGS = 8,           /* fill tagData, tagDataSize */
+    QV_OPEN_PROPERTY_ROWS = 16, /* fill propertyData, propertyDataSize */
+    QV_OPEN_ALL_TAGS = 32 /* as QV_OPEN_TAGS, whatever their size. Asked by the converter program only, which
+                                   asks for QV_OPEN_TAGS when this is refused */
 };
 
 /* The record is not cleared before the call: fill every field that the request asks for. */
@@ -81,6 +83,21 @@ typedef struct clBlockRec {
     uint64_t timecode;   /* decoder, out: a number of the module's own, kept with the block */
     uint32_t finished;   /* above 0 with the last block, which may be empty */
 } clBlockRec;
+
+/* One run of audio through an effect, from begin to end. */
+typedef struct clEffectSessionRec {
+    const QvChar* settings; /* in: the module's own settings text; stands until the end of the run */
+    uint8_t
+        format[40]; /* in: the format of the blocks to come. Out: that of the blocks the effect will give */
+    uint64_t lengthMs; /* in: length of the audio in milliseconds, 0 when not known. Out: after the effect */
+    uint32_t wants;    /* in: 0. Out: QV_EFFECT_WANTS_ALL_FIRST or 0 */
+    uint8_t reserved[36]; /* 0 */
+} clEffectSessionRec;
+
+/* What clEffectSessionRec.wants can ask for. */
+enum {
+    QV_EFFECT_WANTS_ALL_FIRST = 1 /* the whole audio through DSP_PassNonLive before the first live block */
+};
 
 /* One encoding, from begin to end. */
 typedef struct clEncoderSessionRec {
@@ -137,6 +154,13 @@ QV_ASSERT_OFFSET(clEncoderSessionRec, reserved2, 32);
 QV_ASSERT_OFFSET(clEncoderSessionRec, format, 60);
 QV_ASSERT_OFFSET(clEncoderSessionRec, reserved3, 100);
 
+QV_ASSERT_SIZE(clEffectSessionRec, 96);
+QV_ASSERT_OFFSET(clEffectSessionRec, settings, 0);
+QV_ASSERT_OFFSET(clEffectSessionRec, format, 8);
+QV_ASSERT_OFFSET(clEffectSessionRec, lengthMs, 48);
+QV_ASSERT_OFFSET(clEffectSessionRec, wants, 56);
+QV_ASSERT_OFFSET(clEffectSessionRec, reserved, 60);
+
 /* An instance: whatever the module likes, 0 for none. */
 typedef uint64_t QvInstance;
 
@@ -160,7 +184,8 @@ typedef void(QV_CALL* QvDecoderDestroy)(QvInstance instance);
 /* Key "Decodes": fills text (".wav") and description for row `index`. The list ends with the first 0. Answered right
  * after Create, with no file open. A row whose extension holds ".IGNORE" is not listed to hosts. */
 typedef int32_t(QV_CALL* QvDecoderGet)(QvInstance instance, const QvChar* key, clCodecQueryRec* query);
-/* Key "IDTags": replaces the tags of the file `text` by the rows at `data`. Only text, data and dataSize are set. */
+/* Key "IDTags": for each name among the rows at `data`, the values that the file `text` has under that name become
+ * those of the rows; its other tags stay. Only text, data and dataSize are set. */
 typedef int32_t(QV_CALL* QvDecoderSet)(QvInstance instance, const QvChar* key, const clCodecQueryRec* query);
 typedef int32_t(QV_CALL* QvDecoderOpen)(QvInstance instance, clOpenFileRec* record);
 /* The pointer has no meaning for a decoder. */
@@ -203,15 +228,44 @@ typedef int32_t(QV_CALL* QvEncoderEncodeBlock)(QvInstance instance, const clBloc
  *
  * Settings: DSP_Create, DSP_ShowConfigBit, DSP_RemoveConfigBit, DSP_Destroy, as an encoder's.
  *
- * The other seven must exist and serve the converter program only: DSP_Get, DSP_Set, DSP_BeginConversion,
- * DSP_EndConversion, DSP_PassAudioBlock, DSP_PassNonLive, DSP_AfterConversion.
+ * A run of audio, in the converter program only, which lets the effects of a conversion work in the order of their
+ * numbers, each on what the one before gives:
+ *
+ *     DSP_Create
+ *     DSP_BeginConversion                           what comes in; the effect says what will go out
+ *     DSP_PassNonLive, for every block              only for an effect that wants all of it first
+ *     DSP_PassAudioBlock, for every block           the last one has `finished` set and may be empty
+ *     DSP_EndConversion
+ *     DSP_AfterConversion                           once the output file is complete
+ *     DSP_Destroy
+ *
+ * After a failure DSP_EndConversion is still called once when DSP_BeginConversion had succeeded; DSP_AfterConversion
+ * is called only for a conversion that is good so far.
  */
 
 typedef QvInstance(QV_CALL* QvEffectCreate)(const QvLog* log);
 typedef void(QV_CALL* QvEffectDestroy)(QvInstance instance);
+/* Both keep their places for keys to come; an effect of today refuses every key with 0. */
+typedef int32_t(QV_CALL* QvEffectGet)(QvInstance instance, const QvChar* key, clCodecQueryRec* query);
+typedef int32_t(QV_CALL* QvEffectSet)(QvInstance instance, const QvChar* key, const clCodecQueryRec* query);
 typedef void(QV_CALL* QvEffectShowConfigBit)(QvInstance instance, uint64_t parent, int32_t x, int32_t y,
                                              const QvChar* settings);
 typedef const QvChar*(QV_CALL* QvEffectRemoveConfigBit)(QvInstance instance, uint64_t parent);
+/* Takes settings, format and length, and answers with format, length and wants. A settings text or format that the
+ * effect can't serve is reported to the log and refused with 0; nothing more is called then but DSP_Destroy. */
+typedef int32_t(QV_CALL* QvEffectBeginConversion)(QvInstance instance, clEffectSessionRec* session);
+/* Ends the run and frees what it held; 0 when its audio was not good. */
+typedef int32_t(QV_CALL* QvEffectEndConversion)(QvInstance instance, clEffectSessionRec* session);
+/* Takes `in`, whole frames in the format of the session, and fills `out` with data, bytes and finished: audio in the
+ * format that the effect answered with, owned by the module, standing until its next call. An effect may hold audio back and
+ * give an empty block; with the block that is `finished` it gives all the rest, its tail included, and sets
+ * out->finished. 0 when it can't go on: it has reported why, and the conversion fails. */
+typedef int32_t(QV_CALL* QvEffectPassAudioBlock)(QvInstance instance, const clBlockRec* in, clBlockRec* out);
+/* The same audio as will come live, to be looked at; nothing comes out. 0 when the effect can't go on. */
+typedef int32_t(QV_CALL* QvEffectPassNonLive)(QvInstance instance, const clBlockRec* in);
+/* `file` is the complete output with its tags, still under a temporary name: the last chance to change it. 0 makes the
+ * conversion fail. */
+typedef int32_t(QV_CALL* QvEffectAfterConversion)(QvInstance instance, const QvChar* file);
 
 #ifdef QV_DECODER_MODULE
 QV_MODULE_ENTRY QvInstance QV_CALL Create(const QvLog* log);
@@ -242,9 +296,17 @@ QV_MODULE_ENTRY int32_t QV_CALL ENC_EncodeBlock(QvInstance instance, const clBlo
 #ifdef QV_DSP_MODULE
 QV_MODULE_ENTRY QvInstance QV_CALL DSP_Create(const QvLog* log);
 QV_MODULE_ENTRY void QV_CALL DSP_Destroy(QvInstance instance);
+QV_MODULE_ENTRY int32_t QV_CALL DSP_Get(QvInstance instance, const QvChar* key, clCodecQueryRec* query);
+QV_MODULE_ENTRY int32_t QV_CALL DSP_Set(QvInstance instance, const QvChar* key, const clCodecQueryRec* query);
 QV_MODULE_ENTRY void QV_CALL DSP_ShowConfigBit(QvInstance instance, uint64_t parent, int32_t x, int32_t y,
                                                const QvChar* settings);
 QV_MODULE_ENTRY const QvChar* QV_CALL DSP_RemoveConfigBit(QvInstance instance, uint64_t parent);
+QV_MODULE_ENTRY int32_t QV_CALL DSP_BeginConversion(QvInstance instance, clEffectSessionRec* session);
+QV_MODULE_ENTRY int32_t QV_CALL DSP_EndConversion(QvInstance instance, clEffectSessionRec* session);
+QV_MODULE_ENTRY int32_t QV_CALL DSP_PassAudioBlock(QvInstance instance, const clBlockRec* in,
+                                                   clBlockRec* out);
+QV_MODULE_ENTRY int32_t QV_CALL DSP_PassNonLive(QvInstance instance, const clBlockRec* in);
+QV_MODULE_ENTRY int32_t QV_CALL DSP_AfterConversion(QvInstance instance, const QvChar* file);
 #endif
 
 #ifdef __cplusplus

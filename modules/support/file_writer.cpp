@@ -6,7 +6,7 @@
 
 bool clFileWriter::Create(const char16_t* path) {
     Close();
-    mError = 0;
+    mSize = mError = 0;
     const XString longPath = paths::ToLongPath(path, paths::kCreateLimit);
     mHandle = platform::CreateFileW(longPath.Text(), platform::kGenericWrite, platform::kShareRead,
                                     platform::kCreateAlways, platform::kAttributeNormal);
@@ -20,8 +20,7 @@ bool clFileWriter::Check(bool success) {
     return false;
 }
 
-bool clFileWriter::Append(const void* data, std::uint32_t count) {
-    if (mError != 0 || !IsOpen()) return false;
+bool clFileWriter::Write(const void* data, std::uint32_t count) {
     std::uint32_t written = 0;
     if (!platform::WriteFile(mHandle, data, count, &written)) return Check(false);
     if (written == count) return true;
@@ -29,9 +28,19 @@ bool clFileWriter::Append(const void* data, std::uint32_t count) {
     return Check(false);
 }
 
-bool clFileWriter::Rewrite(const void* data, std::uint32_t count) {
+bool clFileWriter::SeekTo(std::uint64_t position) {
+    return Check(platform::SetFilePointerEx(mHandle, static_cast<std::int64_t>(position)));
+}
+
+bool clFileWriter::Append(const void* data, std::uint32_t count) {
     if (mError != 0 || !IsOpen()) return false;
-    return Check(platform::SetFilePointerEx(mHandle, 0)) && Append(data, count);
+    mSize += count;
+    return Write(data, count);
+}
+
+bool clFileWriter::Rewrite(std::uint64_t position, const void* data, std::uint32_t count) {
+    if (mError != 0 || !IsOpen() || position > mSize || count > mSize - position) return false;
+    return SeekTo(position) && Write(data, count) && SeekTo(mSize);
 }
 
 bool clFileWriter::Close() {

@@ -1,4 +1,4 @@
-// clFileWriter: a new file written from front to end, whose beginning can be written again.
+// clFileWriter: a new file written from front to end, of which any part can be written again.
 //
 // Blocks pass straight to the platform. The first failure sticks: every later call fails without touching the
 // file, so that a caller may look at the result once, at the end.
@@ -18,8 +18,9 @@ class clFileWriter {
     // Creates the file, or empties the one that has its name.
     bool Create(const char16_t* path);
     bool Append(const void* data, std::uint32_t count);
-    // Writes over the file's first bytes. Nothing may be appended afterwards.
-    bool Rewrite(const void* data, std::uint32_t count);
+    // Writes over bytes that stand there already, and goes on appending behind the end.
+    bool Rewrite(std::uint64_t position, const void* data, std::uint32_t count);
+    std::uint64_t Size() const { return mSize; }  // of what has been appended
     // True when everything up to here went well, closing included. Closing again fails.
     bool Close();
 
@@ -29,7 +30,10 @@ class clFileWriter {
 
   private:
     bool Check(bool success);
+    bool Write(const void* data, std::uint32_t count);
+    bool SeekTo(std::uint64_t position);
 
     platform::Handle mHandle = platform::kInvalidHandle;
+    std::uint64_t mSize = 0;
     std::uint32_t mError = 0;
 };

@@ -272,13 +272,17 @@ TEST(FileWriter, remembers_its_first_failure) {
     const TempFolder folder;
     clFileWriter writer;
     EXPECT_FALSE(writer.Append("a", 1));
-    EXPECT_FALSE(writer.Rewrite("a", 1));
+    EXPECT_FALSE(writer.Rewrite(0, "a", 1));
     EXPECT_FALSE(writer.Close());
     ASSERT_TRUE(writer.Create((folder / u"a").c_str()));
     EXPECT_TRUE(writer.Append("abc", 3));
-    EXPECT_TRUE(writer.Rewrite("X", 1));
+    EXPECT_TRUE(writer.Rewrite(1, "X", 1));
+    EXPECT_FALSE(writer.Rewrite(2, "YY", 2));
+    EXPECT_FALSE(writer.Rewrite(4, "Y", 1));
+    EXPECT_TRUE(writer.Append("d", 1));
+    EXPECT_EQ(writer.Size(), 4u);
     EXPECT_TRUE(writer.Close());
-    EXPECT_EQ(folder.Read(u"a"), "Xbc");
+    EXPECT_EQ(folder.Read(u"a"), "aXcd");
 
     ASSERT_TRUE(writer.Create((folder / u"a").c_str()));
     {

@@ -1,0 +1,75 @@
+# The codec libraries that modules stand on: targets codec::flac, codec::vorbis, codec::opus, codec::mpg123, codec::lame,
+# codec::sndfile and codec::tag.
+#
+# The native build takes Debian's development packages. Where QV_CODECS names a folder (include/ and lib/, as
+# script/codec-libraries leaves it), static libraries are taken from there and nothing of the host is looked at. A
+# library that can't be had leaves out the modules that need it, with a line that says so; with QV_REQUIRE_CODECS it is
+# an error.
+set(QV_CODECS "" CACHE PATH "Folder with static codec libraries, for Windows and for fuzzing")
+option(QV_REQUIRE_CODECS "Fail where a codec library is missing" OFF)
+
+if(NOT QV_CODECS)
+    find_package(PkgConfig QUIET)
+endif()
+
+function(qv_codec_is_missing name)
+    if(QV_REQUIRE_CODECS)
+        message(FATAL_ERROR "The library for ${name} is missing")
+    endif()
+    message(STATUS "Left out: ${name}, whose library is not installed")
+endfunction()
+
+# qv_codec(<name> PACKAGES <pkg-config names> HEADERS <one to look for> LIBRARIES <static ones, in link order> ...)
+function(qv_codec name)
+    cmake_parse_arguments(codec "" "HEADER" "PACKAGES;LIBRARIES;SYSTEM;DEFINITIONS" ${ARGN})
+    set(target qv_codec_${name})
+    if(QV_CODECS)
+        if(NOT EXISTS ${QV_CODECS}/include/${codec_HEADER})
+            qv_codec_is_missing(${name})
+            return()
+        endif()
+        add_library(${target} INTERFACE)
+        target_include_directories(${target} SYSTEM INTERFACE ${QV_CODECS}/include
+            ${QV_CODECS}/include/opus ${QV_CODECS}/include/taglib)
+        foreach(library ${codec_LIBRARIES})
+            target_link_libraries(${target} INTERFACE ${QV_CODECS}/lib/lib${library}.a)
+        endforeach()
+        if(WIN32)
+            target_link_libraries(${target} INTERFACE ${codec_SYSTEM})
+            target_compile_definitions(${target} INTERFACE ${codec_DEFINITIONS})
+        endif()
+    elseif(PkgConfig_FOUND)
+        pkg_check_modules(${target}_package QUIET IMPORTED_TARGET ${codec_PACKAGES})
+        if(NOT ${target}_package_FOUND)
+            qv_codec_is_missing(${name})
+            return()
+        endif()
+        add_library(${target} INTERFACE)
+        target_link_libraries(${target} INTERFACE PkgConfig::${target}_package)
+    else()
+        qv_codec_is_missing(${name})
+        return()
+    endif()
+    add_library(codec::${name} ALIAS ${target})
+endfunction()
+
+qv_codec(flac PACKAGES flac HEADER FLAC/stream_decoder.h LIBRARIES FLAC SYSTEM shlwapi DEFINITIONS FLAC__NO_DLL)
+qv_codec(vorbis PACKAGES vorbisenc vorbisfile vorbis ogg HEADER vorbis/vorbisfile.h LIBRARIES vorbisenc vorbisfile vorbis ogg)
+qv_codec(opus PACKAGES opusfile libopusenc opus ogg HEADER opus/opusfile.h LIBRARIES opusfile opusenc opus ogg)
+qv_codec(mpg123 PACKAGES libmpg123 HEADER mpg123.h LIBRARIES mpg123 SYSTEM shlwapi DEFINITIONS LINK_MPG123_DLL=0)
+qv_codec(sndfile PACKAGES sndfile HEADER sndfile.h LIBRARIES sndfile)
+qv_codec(tag PACKAGES taglib HEADER taglib/taglib.h LIBRARIES tag DEFINITIONS TAGLIB_STATIC)
+
+# LAME has no pkg-config file.
+if(NOT QV_CODECS)
+    find_library(QV_LAME_LIBRARY mp3lame)
+    if(QV_LAME_LIBRARY)
+        add_library(qv_codec_lame INTERFACE)
+        target_link_libraries(qv_codec_lame INTERFACE ${QV_LAME_LIBRARY})
+        add_library(codec::lame ALIAS qv_codec_lame)
+    else()
+        qv_codec_is_missing(lame)
+    endif()
+else()
+    qv_codec(lame HEADER lame/lame.h LIBRARIES mp3lame)
+endif()
