@@ -7,8 +7,8 @@
 #include "modules/wave/wave_encoder.h"
 #include "platform/file.h"
 #include "support/allocation_faults.h"
+#include "support/codec/log_files.h"
 #include "support/faults.h"
-#include "wave/log_files.h"
 #include "wave/wave_bytes.h"
 
 using namespace wave_bytes;

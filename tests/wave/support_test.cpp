@@ -14,9 +14,9 @@
 #include "modules/support/module_encoder.h"
 #include "modules/support/scale.h"
 #include "platform/file.h"
+#include "support/codec/log_files.h"
 #include "support/faults.h"
 #include "support/temp_folder.h"
-#include "wave/log_files.h"
 #include "wave/wave_bytes.h"
 #include "wave/wave_modules.h"
 

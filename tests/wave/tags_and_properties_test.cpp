@@ -200,7 +200,7 @@ TEST_F(WaveRows, No_kind_of_reading_takes_a_bad_file) {
 TEST_F(WaveRows, Reading_about_a_file_while_it_is_decoded_is_possible) {
     ASSERT_TRUE(Open(Riff(kAudio), QV_OPEN_DECODING));
     clQvDecoder other;
-    ASSERT_TRUE(other.Load(TreeModule(u"decoder").c_str()));
+    ASSERT_TRUE(other.Load(TreeModule(u"decoder", u"Wave").c_str()));
     ASSERT_TRUE(other.Create(mModules.Log().Log()));
     clOpenFileRec record{};
     record.file = ToQvText(mPath.c_str());

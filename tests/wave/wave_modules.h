@@ -1,56 +1,10 @@
-// The two modules as a host has them: loaded from the tree, driven through their entries.
+// The Wave modules.
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <vector>
-
-#include "plugins/decoder_module.h"
-#include "plugins/encoder_module.h"
-#include "wave/log_files.h"
+#include "support/codec/codec_modules.h"
 
 inline constexpr std::uint32_t kLargestBlock = 65536;
 
-std::u16string TreeModule(std::u16string_view folder);  // Wave in "decoder" or "encoder"
-
-// A field of a packed record, as expectations take references.
-template <class Field>
-Field ValueOf(Field field) {
-    return field;
-}
-
-// What a host gets to see of a file from open to close.
-struct Decoding {
-    bool opened = false;
-    clOpenFileRec record{};
-    std::string audio;
-    std::vector<std::uint32_t> blocks;  // their lengths in bytes
-    bool finished = false;              // false when the module went on and on
-    std::u16string errors, information;
-
-    QvFormatExtensible Format() const;
-};
-
-class WaveModules {
-  public:
-    WaveModules();
-
-    Decoding Decode(const std::u16string& file);
-    bool Open(const std::u16string& file, std::uint32_t request, clOpenFileRec& record);  // on a new instance
-    // One block of what is open; its bytes are appended.
-    bool DecodeBlock(std::string& audio);
-
-    // The result of the end, or false when the beginning was refused. `pieces` are the lengths of the blocks,
-    // the last of them repeated to the end.
-    bool Encode(const std::u16string& file, const QvFormatExtensible& format, std::string_view audio,
-                std::vector<std::uint32_t> pieces = {65536}, const char16_t* settings = u"");
-
-    clQvDecoder& Decoder() { return mDecoder; }
-    clQvEncoder& Encoder() { return mEncoder; }
-    LogFiles& Log() { return mLog; }
-
-  private:
-    LogFiles mLog;
-    clQvDecoder mDecoder;
-    clQvEncoder mEncoder;
+struct WaveModules : CodecModules {
+    WaveModules() : CodecModules(u"Wave", u"Wave") {}
 };

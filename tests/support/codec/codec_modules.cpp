@@ -1,4 +1,4 @@
-#include "wave/wave_modules.h"
+#include "support/codec/codec_modules.h"
 #include "foundation/qv_text.h"
 
 #include <gtest/gtest.h>
@@ -10,12 +10,12 @@
 #include "platform/module.h"
 #include "platform/names.h"
 
-std::u16string TreeModule(std::u16string_view folder) {
+std::u16string TreeModule(std::u16string_view folder, std::u16string_view name) {
     namespace fs = std::filesystem;
     char16_t self[4096];
     platform::GetModuleFileNameW(nullptr, self, 4096);
     const fs::path build = fs::path(self).parent_path().parent_path().parent_path();
-    return (build / "tree" / fs::path(folder) / "Wave").u16string() + platform::kModuleExtension;
+    return (build / "tree" / fs::path(folder) / fs::path(name)).u16string() + platform::kModuleExtension;
 }
 
 QvFormatExtensible Decoding::Format() const {
@@ -24,12 +24,12 @@ QvFormatExtensible Decoding::Format() const {
     return format;
 }
 
-WaveModules::WaveModules() {
-    EXPECT_TRUE(mDecoder.Load(TreeModule(u"decoder").c_str()));
-    EXPECT_TRUE(mEncoder.Load(TreeModule(u"encoder").c_str()));
+CodecModules::CodecModules(std::u16string_view decoder, std::u16string_view encoder) {
+    EXPECT_TRUE(decoder.empty() || mDecoder.Load(TreeModule(u"decoder", decoder).c_str()));
+    EXPECT_TRUE(encoder.empty() || mEncoder.Load(TreeModule(u"encoder", encoder).c_str()));
 }
 
-bool WaveModules::Open(const std::u16string& file, std::uint32_t request, clOpenFileRec& record) {
+bool CodecModules::Open(const std::u16string& file, std::uint32_t request, clOpenFileRec& record) {
     mDecoder.Destroy();
     EXPECT_TRUE(mDecoder.Create(mLog.Log()));
     std::memset(&record, 0xEE, sizeof record);  // as good as never cleared
@@ -39,7 +39,7 @@ bool WaveModules::Open(const std::u16string& file, std::uint32_t request, clOpen
     return mDecoder.Open(&record);
 }
 
-bool WaveModules::DecodeBlock(std::string& audio) {
+bool CodecModules::DecodeBlock(std::string& audio) {
     clBlockRec block;
     std::memset(&block, 0xEE, sizeof block);
     EXPECT_TRUE(mDecoder.DecodeBlock(&block));
@@ -47,10 +47,10 @@ bool WaveModules::DecodeBlock(std::string& audio) {
     return block.finished == 0;
 }
 
-Decoding WaveModules::Decode(const std::u16string& file) {
+Decoding CodecModules::Decode(const std::u16string& file) {
     Decoding decoding;
     decoding.opened = Open(file, QV_OPEN_DECODING, decoding.record);
-    for (int i = 0; decoding.opened && !decoding.finished && i < 1000; ++i) {
+    for (int i = 0; decoding.opened && !decoding.finished && i < 100000; ++i) {
         const std::size_t before = decoding.audio.size();
         decoding.finished = !DecodeBlock(decoding.audio);
         decoding.blocks.push_back(static_cast<std::uint32_t>(decoding.audio.size() - before));
@@ -62,8 +62,9 @@ Decoding WaveModules::Decode(const std::u16string& file) {
     return decoding;
 }
 
-bool WaveModules::Encode(const std::u16string& file, const QvFormatExtensible& format, std::string_view audio,
-                         std::vector<std::uint32_t> pieces, const char16_t* settings) {
+bool CodecModules::Encode(const std::u16string& file, const QvFormatExtensible& format,
+                          std::string_view audio, std::vector<std::uint32_t> pieces,
+                          const char16_t* settings) {
     clEncoderSessionRec session{};
     session.file = ToQvText(file.c_str());
     session.settings = ToQvText(settings);

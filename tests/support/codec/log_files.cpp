@@ -1,4 +1,4 @@
-#include "wave/log_files.h"
+#include "support/codec/log_files.h"
 
 #include <cstring>
 
