@@ -8,6 +8,14 @@
 #include "platform/synchronisation.h"
 #include "supervisor/owner.h"
 
+// A named event as it stands now. One that is auto-reset is left reset.
+inline bool IsSet(const std::u16string& event) {
+    const platform::Handle handle = platform::OpenEventW(event.c_str());
+    const bool set = platform::WaitForSingleObject.Native()(handle, 0) == platform::kWaitObject;
+    platform::CloseHandle(handle);
+    return set;
+}
+
 struct ActiveRun {
     explicit ActiveRun(const char* child, std::uint32_t startTick = TestClock::Somewhere())
         : clock(startTick),
