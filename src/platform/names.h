@@ -15,7 +15,9 @@ extern const char16_t* const kLongPathPrefix;
 // "\\server\" be roots, 1 lets "/" be one.
 extern const std::int32_t kFirstRootSeparator;
 
-extern const char16_t* const kModuleExtension;    // ".dll", ".so"
+extern const char16_t* const kModuleExtension;  // ".dll", ".so": what module files are looked for by
+extern const char16_t* const
+    kNamedModuleExtension;                        // ".DLL", ".so": behind the name a module is asked for by
 extern const char16_t* const kConverterFileName;  // "Quavercore.exe", "Quavercore"
 extern const char16_t* const kDefaultTempFolder;  // taken when the system names none, no trailing separator
 

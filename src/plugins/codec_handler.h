@@ -1,7 +1,9 @@
-// clQvCodecHandler: from a name or a path to a live module. It keeps nothing: callers bring the wrapper to
-// fill.
+// clQvCodecHandler: from a name, a path or a file's extension to a live module, and which modules there are.
 //
-// Nothing here reports in words; callers say what a failure means to them.
+// It keeps nothing: callers bring the wrapper to fill, and `module`, the file beside which the folders of
+// modules are (null: the program). The one thing that lasts is a cache in the user's settings, of which
+// decoder has served an extension. Nothing here reports in words; callers say what a failure means to them. A
+// module that crashes or never ends its list is not guarded against.
 #pragma once
 
 #include "foundation/log.h"
@@ -21,6 +23,17 @@ class clQvCodecHandler {
     // live then. On false it is empty.
     static bool TryDecoderFile(const XString& modulePath, const XString& extension, clQvDecoder& decoder,
                                const XLog& log);
+
+    // The first module in the decoder folder for which TryDecoderFile is true; the wrapper is live then, and
+    // otherwise as TryDecoderFile leaves it. The cache plays no part.
+    static bool FindDecoder(const XString& extension, clQvDecoder& decoder, const XLog& log,
+                            platform::ModuleHandle module);
+    // An instance of a decoder for the extension of `file`, which itself is not looked at; true when there is
+    // one. Any instance of before has ended, also on false. A module that the wrapper holds for this
+    // extension (ASCII case aside) is kept and nothing else is tried. Otherwise the one that the cache names
+    // is tried, then the folder; what served is written to the cache.
+    static bool LoadDecoderForFile(const XString& file, clQvDecoder& decoder, const XLog& log,
+                                   platform::ModuleHandle module);
 
     // An instance in place of any earlier one; true when there is one.
     static bool CreateInstance(clQvDecoder& decoder, const XLog& log);

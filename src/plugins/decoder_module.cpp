@@ -41,6 +41,12 @@ bool clQvDecoder::Get(const char16_t* key, clCodecQueryRec* query) const {
     return mEntries.Call<QvDecoderGet>(kGet, ToQvText(key), query) != 0;
 }
 
+bool clQvDecoder::GetDecodesRow(std::uint32_t index, clCodecQueryRec* row) const {
+    *row = {};
+    row->index = index;
+    return Get(u"Decodes", row) && row->text;
+}
+
 bool clQvDecoder::Set(const char16_t* key, const clCodecQueryRec* query) const {
     return mEntries.Call<QvDecoderSet>(kSet, ToQvText(key), query) != 0;
 }

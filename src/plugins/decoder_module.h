@@ -30,6 +30,9 @@ class clQvDecoder : public XDLL {
     QvInstance Instance() const { return mEntries.Instance(); }
 
     bool Get(const char16_t* key, clCodecQueryRec* query) const;
+    // A file type that the module decodes. False behind the last one, which is the first that is refused or
+    // has no extension text.
+    bool GetDecodesRow(std::uint32_t index, clCodecQueryRec* row) const;
     bool Set(const char16_t* key, const clCodecQueryRec* query) const;
     bool Open(clOpenFileRec* record) const;
     void Close(void* record) const;

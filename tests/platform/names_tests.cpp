@@ -32,6 +32,7 @@ TEST(Names, the_long_path_prefix_names_the_same_file) {
 
 TEST(Names, extensions_begin_with_a_dot_and_folders_end_without_a_separator) {
     EXPECT_EQ(kModuleExtension[0], u'.');
+    EXPECT_EQ(kNamedModuleExtension[0], u'.');
     EXPECT_NE(std::u16string(kDefaultTempFolder).back(), kPathSeparator);
     EXPECT_TRUE(std::u16string(kConverterFileName).starts_with(u"Quavercore"));
 }

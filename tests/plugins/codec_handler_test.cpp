@@ -1,5 +1,6 @@
 #include "plugins/codec_handler.h"
 
+#include "platform/names.h"
 #include "plugins/wrappers.h"
 #include "support/wide_text.h"
 
@@ -130,6 +131,9 @@ class LoadByName : public testing::Test {
     LoadByName() : mSelf(platform::LoadLibraryW(mLibrary.Path().c_str())) {}
     ~LoadByName() override { platform::FreeLibrary(mSelf); }
 
+    std::u16string PathByName(std::u16string_view place) const {
+        return (mFolder / place) + platform::kNamedModuleExtension;
+    }
     std::u16string Trace(bool loaded, bool (*load)(const XLog& log, platform::ModuleHandle self)) {
         Channel channel;
         XLog log;
@@ -206,15 +210,15 @@ TEST_F(LoadByName, The_trace_says_which_file_is_loaded) {
                         clQvEncoder loaded;
                         return clQvCodecHandler::LoadEncoder(u"one", loaded, log, self);
                     }),
-              u"start\r\n->->  [clQvCodecHandler::LoadEncoder]\r\n  Loading Encoder '" + encoder.Path() +
-                  u"'\r\n<-<-  [clQvCodecHandler::LoadEncoder]\r\n");
+              u"start\r\n->->  [clQvCodecHandler::LoadEncoder]\r\n  Loading Encoder '" +
+                  PathByName(u"encoder/one") + u"'\r\n<-<-  [clQvCodecHandler::LoadEncoder]\r\n");
     const PlacedModule effect(mFolder, u"DSPs/echo", "scripted_effect", "create|0\n");
     EXPECT_EQ(Trace(false,
                     [](const XLog& log, platform::ModuleHandle self) {
                         clQvDSP loaded;
                         return clQvCodecHandler::LoadDSP(u"echo", loaded, log, self);
                     }),
-              u"start\r\n->->  [clQvCodecHandler::LoadDSP]\r\n  Loading DSP '" + effect.Path() +
+              u"start\r\n->->  [clQvCodecHandler::LoadDSP]\r\n  Loading DSP '" + PathByName(u"DSPs/echo") +
                   u"'\r\n<-<-  [clQvCodecHandler::LoadDSP]\r\n");
 }
 
