@@ -1,23 +1,11 @@
 #include "converter/module_search.h"
 
-#include "foundation/find_file.h"
 #include "foundation/paths.h"
 #include "platform/names.h"
 #include "plugins/codec_handler.h"
 
 bool LoadDecoderFor(const XString& file, clQvDecoder& decoder, const XLog& log) {
-    const XString extension = paths::GetExtension(file);
-    XString folder = paths::GetModuleFolder(nullptr);
-    if (folder.IsEmpty()) return false;  // never from the current folder
-    folder += u"decoder";
-    XString pattern(u"*");
-    pattern += platform::kModuleExtension;
-    XFindFile modules(pattern, folder);
-    while (modules.Next()) {
-        if (!modules.IsFolder() && clQvCodecHandler::TryDecoderFile(modules.Name(), extension, decoder, log))
-            return true;
-    }
-    return false;
+    return clQvCodecHandler::FindDecoder(paths::GetExtension(file), decoder, log, nullptr);
 }
 
 bool LoadEncoderNamed(const XString& name, clQvEncoder& encoder, const XLog& log) {

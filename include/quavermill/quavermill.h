@@ -1,4 +1,5 @@
-/* Quavermill for hosts: converting whole audio files, and the tag and effect lists that go with a conversion.
+/* Quavermill for hosts: converting whole audio files, the tag and effect lists that go with a conversion, and what the
+ * modules beside the library offer.
  *
  * Usable from C11 and C++. Nothing of the operating system's own headers is needed.
  *
@@ -35,8 +36,9 @@
  *     every other call on one handle                     any, one at a time; not always the same one
  *     calls on two handles                               any, at the same time
  *
- * No call may be made from within the library's load or unload notification. No call waits for the converter, for a
- * file or for a module; one may wait for a timer step that is just running, or, when a great deal of text is reported
+ * No call may be made from within the library's load or unload notification. No call waits for the converter. Calls
+ * marked (modules) below load modules and wait for what these do, in the thread of the call; no other call waits for a
+ * file or a module. Any call may wait for a timer step that is just running, or, when a great deal of text is reported
  * at once, for the step that makes room for it.
  *
  *
@@ -50,10 +52,11 @@
  *
  * 4. Results and failure
  *
- * Results are the values below. A result only says what the call itself did. What went wrong, and what is being done,
- * is told in two texts, one for errors and one for information, which gather until QACGetLastError and QACGetLastInfo
- * take them. A text is there at the next timer step, so about 10 ms later than the call that reported it: a call can
- * have failed while QACGetLastError still finds nothing.
+ * Results are the values below. A result only says what the call itself did; compare it with the values that the call
+ * names, since QV_FAILED is not zero either. What went wrong, and what is being done, is told in two texts, one for
+ * errors and one for information, which gather until QACGetLastError and QACGetLastInfo take them. A text is there at
+ * the next timer step, so about 10 ms later than the call that reported it: a call can have failed while
+ * QACGetLastError still finds nothing.
  *
  * No call catches an exhausted memory: the C++ exception of the allocator (std::bad_alloc) passes through to a C++
  * host, which may catch it and go on with the handle, or destroy it. A host that can't catch it is ended by it.
@@ -79,8 +82,10 @@ typedef struct QvConverter QvConverter;
 
 /* Results. */
 enum {
-    QV_DONE = 1,   /* done */
-    QV_NOTHING = 0 /* nothing was done: no such row, nothing to take, refused, or a null handle */
+    QV_DONE = 1,    /* done */
+    QV_NO_ART = 2,  /* the row was delivered, but no art came with it */
+    QV_NOTHING = 0, /* nothing was done: no such row, nothing to take, no module, refused, or a null handle */
+    QV_FAILED = -1  /* failed, and the errors say why */
 };
 
 /* What QACSetPriority takes. */
@@ -126,6 +131,47 @@ QV_API int32_t QV_CALL QACGetLastError(QvConverter* converter, QvChar* buffer);
  *
  * LENGTH: without any bound, as above. */
 QV_API int32_t QV_CALL QACGetLastInfo(QvConverter* converter, QvChar* buffer);
+
+/* ---- Modules -------------------------------------------------------------------------------------------------
+ *
+ * What the folders of modules beside the library offer: `decoder`, `encoder` and `DSPs`. A host asks for index 0, 1,
+ * 2 and so on until it gets QV_NOTHING. INDEX 0 IS WHAT LOOKS: it empties the list and fills it again from the folder,
+ * each time it is asked for; a higher index only reads what index 0 found, and before the first index 0 there is
+ * nothing to be found. Each handle has lists of its own.
+ *
+ * A `name` is what every other call of this library knows the module by: the name of its file, without folder and
+ * extension.
+ *
+ * Each call: QV_DONE when there is such a row. QV_NOTHING when there is none, also for a negative index, which looks
+ * nowhere; the buffers are then as they were. They should hold NUL-terminated text on entry. No result says that a
+ * folder could not be read or that a module does not work; what a module itself reports is found in the errors. Index 0
+ * leaves two lines of information, "Getting list of available encoders" and "Finished getting list of available
+ * encoders", with "decoders" or "DSPs" in the others.
+ *
+ * LENGTH: of a name as much as the file system allows, which is less than 260 units. Extension and description are
+ * as long as the module makes them: a few units and a short line, but nothing bounds them.
+ */
+
+/* (modules) Reads a row of the list of encoders, one for each module, in the order of the folder's listing: its name,
+ * and the file extension that it writes, with its dot, as the module spells it. An encoder that is not to be offered
+ * has an extension of ".IGNORE".
+ *
+ * Index 0 loads every encoder, asks it, and lets it go. One that can't be loaded is passed over. One that has no answer
+ * ends the list: those behind it in the folder are not listed. */
+QV_API int32_t QV_CALL QACGetEncoder(QvConverter* converter, int32_t index, QvChar* name, QvChar* extension);
+
+/* (modules) Reads a row of the list of decoders, one for each file type that a module reads, so that one module may
+ * have several rows of the same name: the name, the type's extension with its dot as the module spells it, and a
+ * description for people. In the order of the folder's listing.
+ *
+ * Index 0 loads every decoder, asks it, and lets it go. One that can't be loaded is passed over; a type that a module
+ * does not describe ends the types of that module. Types that a module does not want to be offered are left out. */
+QV_API int32_t QV_CALL QACGetDecoder(QvConverter* converter, int32_t index, QvChar* name, QvChar* extension,
+                                     QvChar* description);
+
+/* Reads a row of the list of effects, one for each file in the folder: its name. Sorted by their paths, unit by unit,
+ * so that all capitals stand before the small letters. No module is loaded: whether it works shows when it is used. */
+QV_API int32_t QV_CALL QACGetDSP(QvConverter* converter, int32_t index, QvChar* name);
 
 /* ---- Tags for the next conversion ----------------------------------------------------------------------------
  *

@@ -17,12 +17,18 @@
 #include <optional>
 #include <string>
 
+#include "audio/block_carry.h"
+#include "audio/format_changer.h"
 #include "foundation/id_tag_list.h"
 #include "foundation/log.h"
 #include "foundation/pipe.h"
+#include "foundation/string_list.h"
 #include "foundation/wide_string.h"
 #include "interface/dsp_list.h"
 #include "platform/module.h"
+#include "plugins/decoder_module.h"
+#include "plugins/encoder_module.h"
+#include "quavermill/module.h"
 #include "supervisor/cpu_encoder.h"
 
 class clConverter {
@@ -36,6 +42,11 @@ class clConverter {
     // Message channel: converter_messages.cpp.
     std::int32_t GetLastError(char16_t* buffer);
     std::int32_t GetLastInfo(char16_t* buffer);
+
+    // What the module folders offer: converter_listing.cpp.
+    std::int32_t GetEncoder(std::int32_t index, char16_t* name, char16_t* extension);
+    std::int32_t GetDecoder(std::int32_t index, char16_t* name, char16_t* extension, char16_t* description);
+    std::int32_t GetDSP(std::int32_t index, char16_t* name);
 
     // Tags for the next conversion: converter_tags.cpp.
     std::int32_t IDTagsAddToList(const char16_t* name, const char16_t* value);
@@ -55,6 +66,20 @@ class clConverter {
     std::int32_t SetPause(std::uint8_t newPaused);
     std::int32_t SetCancelled();
 
+    // Direct decoding: converter_decoding.cpp.
+    std::int32_t DecoderOpenFile(const char16_t* file, QvFormatExtensible* format, std::uint64_t* lengthMs);
+    std::int32_t DecoderDecodeBlock(std::uint8_t* buffer, std::uint32_t* bytes, std::uint32_t* finished,
+                                    std::uint64_t* positionMs);
+    std::int32_t DecoderSetPosition(std::int64_t positionMs);
+    std::int32_t DecoderCloseFile();
+
+    // Direct encoding: converter_encoding.cpp.
+    std::int32_t EncoderOpenFile(const char16_t* file, const char16_t* encoderName, const char16_t* settings,
+                                 const QvFormatExtensible* format);
+    std::int32_t EncoderEncodeBlock(const std::uint8_t* buffer, const std::uint32_t* bytes,
+                                    const std::uint32_t* finished);
+    std::int32_t EncoderCloseFile();
+
     // The members in the order of their birth; they die the other way round.
     std::atomic<bool> timerBusy = false;  // keeps two drains apart
     XLog log;                             // modules are given its address
@@ -64,11 +89,24 @@ class clConverter {
     std::uint8_t paused = 0;
     std::uint8_t cancelled = 0;
     std::int32_t cpu = -1;
-    platform::ModuleHandle moduleHandle;  // the library's own: its folder anchors what it looks for
+    platform::ModuleHandle moduleHandle;          // the library's own: its folder anchors what it looks for
+    XStringList encoderNames, encoderExtensions;  // full paths; the lists of a kind are parallel
+    XStringList decoderNames, decoderExtensions, decoderDescriptions;
+    XStringList dspNames;
     clDSPList dspChain;
     XPipe infoPipe;
     XPipe errorPipe;
     std::int32_t tagWriteThrough = 0;
+    clQvDecoder decoder;                       // of the open direct decoding
+    clFormatHolder sourceFormat;               // what it gives
+    clBlockCarry decodedCarry;                 // in outputFormat already, not yet delivered
+    std::uint64_t moduleTimecode = 0;          // of the module's last block; kept, not read
+    std::uint64_t deliveredBytes = 0;          // output position: the last seek's target and all since
+    std::uint32_t decoderFinished = 0;         // the module has reported the end
+    clQvEncoder directEncoder;                 // of the open direct encoding
+    clEncoderSessionRec encoderRecord = {};    // stands as long as that
+    clFormatChanger formatChanger;             // from sourceFormat to outputFormat
+    clFormatHolder outputFormat;               // what direct decoding delivers
     std::atomic<bool> encodingFinished = false;  // the end of the current run stands in lastInfo
     std::uint32_t timerId = 0;                   // 0 when the timer service has refused
     XString lastError;
@@ -89,6 +127,16 @@ class clConverter {
 
     void Service();
     std::uint32_t Progress() const;
+
+    void ReleaseModules();
+    bool FindDecoder(const char16_t* file, clQvDecoder& found);
+    std::int32_t OpenDecoder(clQvDecoder& found, const char16_t* file, QvFormatExtensible* format,
+                             std::uint64_t* lengthMs);
+    void DeriveFormats(const clOpenFileRec& record, QvFormatExtensible* format);
+    void CloseDecoder();
+    void DecodeModuleBlock();
+    std::uint32_t Grant(std::uint32_t wanted, std::uint32_t& finished) const;
+    void Deliver(std::uint32_t grant, std::uint8_t* buffer);
     XString DSPArguments();
 
     std::mutex textGuard;                      // lastError and lastInfo, between the tick and the host

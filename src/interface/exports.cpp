@@ -40,6 +40,20 @@ int32_t QACGetLastInfo(QvConverter* converter, QvChar* buffer) {
     return Forward(converter, &clConverter::GetLastInfo, FromQvText(buffer));
 }
 
+int32_t QACGetEncoder(QvConverter* converter, int32_t index, QvChar* name, QvChar* extension) {
+    return Forward(converter, &clConverter::GetEncoder, index, FromQvText(name), FromQvText(extension));
+}
+
+int32_t QACGetDecoder(QvConverter* converter, int32_t index, QvChar* name, QvChar* extension,
+                      QvChar* description) {
+    return Forward(converter, &clConverter::GetDecoder, index, FromQvText(name), FromQvText(extension),
+                   FromQvText(description));
+}
+
+int32_t QACGetDSP(QvConverter* converter, int32_t index, QvChar* name) {
+    return Forward(converter, &clConverter::GetDSP, index, FromQvText(name));
+}
+
 int32_t QACAddIDTagToList(QvConverter* converter, const QvChar* name, const QvChar* value) {
     return Forward(converter, &clConverter::IDTagsAddToList, FromQvText(name), FromQvText(value));
 }

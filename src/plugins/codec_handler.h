@@ -7,6 +7,7 @@
 #pragma once
 
 #include "foundation/log.h"
+#include "foundation/string_list.h"
 #include "foundation/wide_string.h"
 #include "platform/module.h"
 #include "plugins/decoder_module.h"
@@ -39,6 +40,17 @@ class clQvCodecHandler {
     static bool CreateInstance(clQvDecoder& decoder, const XLog& log);
     static void DestroyInstance(clQvDecoder& decoder);
     static void DestroyInstance(clQvEncoder& encoder);
+
+    // The rows of what the folders hold, in the order of their listing; the lists given are emptied first and
+    // are parallel, a row for each format. Names are full paths. Every decoder and encoder is loaded and let
+    // go again, one at a time. A decoder that can't be loaded or makes no instance is passed over, and its
+    // rows end with the first that has no extension or description; an extension that holds ".IGNORE" is left
+    // out. An encoder that is live but has no extension to tell ends the list. Effects are listed unseen.
+    static void ListDecoders(XStringList& names, XStringList& extensions, XStringList& descriptions,
+                             platform::ModuleHandle module, const XLog& log);
+    static void ListEncoders(XStringList& names, XStringList& extensions, platform::ModuleHandle module,
+                             const XLog& log);
+    static void ListDSPs(XStringList& names, platform::ModuleHandle module);
 
     // The module of this name in the encoder or effect folder beside `module`, in place of what the wrapper
     // held. True when it is live. One that lacks an entry stays with the wrapper, unused, until its next

@@ -27,6 +27,22 @@ static int Lists(QvConverter* converter) {
     return 0;
 }
 
+/* The library of the build has no modules beside it, or those of the tree: a list has an end either way. */
+static int Modules(QvConverter* converter) {
+    QvChar name[260] = {0}, extension[64] = {0}, description[256] = {0};
+    int32_t row = 0;
+    while (QACGetEncoder(converter, row, name, extension) == QV_DONE) HOLDS(++row < 1000);
+    HOLDS(QACGetEncoder(converter, row, name, extension) == QV_NOTHING);
+    HOLDS(QACGetEncoder(converter, -1, name, extension) == QV_NOTHING);
+    row = 0;
+    while (QACGetDecoder(converter, row, name, extension, description) == QV_DONE) HOLDS(++row < 1000);
+    HOLDS(QACGetDecoder(NULL, 0, name, extension, description) == QV_NOTHING);
+    row = 0;
+    while (QACGetDSP(converter, row, name) == QV_DONE) HOLDS(++row < 1000);
+    HOLDS(QACGetDSP(converter, row, name) == QV_NOTHING);
+    return 0;
+}
+
 static int Conversion(QvConverter* converter) {
     uint32_t percent = 77;
     HOLDS(QACSetCPU(converter, 0) == QV_DONE);
@@ -51,6 +67,7 @@ int HostInC(void) {
     QvConverter* const converter = QACCreate();
     int line = converter ? 0 : __LINE__;
     if (line == 0) line = Lists(converter);
+    if (line == 0) line = Modules(converter);
     if (line == 0) line = Conversion(converter);
     if (line == 0) line = Messages(converter);
     HOLDS(QACDestroy(converter) == QV_DONE);

@@ -13,6 +13,9 @@
     X(QACDestroy) \
     X(QACGetLastError) \
     X(QACGetLastInfo) \
+    X(QACGetEncoder) \
+    X(QACGetDecoder) \
+    X(QACGetDSP) \
     X(QACAddIDTagToList) \
     X(QACClearIDTagList) \
     X(QACReadIDTagList) \
