@@ -1,6 +1,7 @@
 // A decoder that does as its script says (script.h). Its directives, each optional:
 //
 //     decodes|.ext|DESCRIPTION          a row of Get "Decodes", in order; fields that are missing are null
+//     more|N                            N rows behind those, of extension and description .more
 //     open|REQUEST|0                    Open refuses this request
 //     format|TAG|CHANNELS|RATE|BITS     what Open reports; PCM, 2 channels, 44100 Hz, 16 bits otherwise
 //     length|MS    size|BYTES    property|N
@@ -106,7 +107,11 @@ int32_t Get(QvInstance instance, const QvChar* key, clCodecQueryRec* query) {
     const std::string details = script::Narrow(key) + " " + std::to_string(query->index);
     Decoder& decoder = script::Enter<Decoder>(instance, "Get", details);
     const std::vector<Script::Fields> rows = decoder.script.Rows("decodes");
-    if (query->index >= rows.size()) return 0;
+    if (query->index >= rows.size()) {
+        decoder.text = script::Wide(".more");
+        query->text = query->description = decoder.text.c_str();
+        return query->index < rows.size() + static_cast<std::uint64_t>(decoder.script.Number("more", 0, 0));
+    }
     query->text = decoder.Keep(rows[query->index], 0, decoder.text);
     query->description = decoder.Keep(rows[query->index], 1, decoder.description);
     return 1;

@@ -1,5 +1,6 @@
 #include "plugins/codec_handler.h"
 
+#include "modules/module_home.h"
 #include "platform/names.h"
 #include "plugins/wrappers.h"
 #include "support/wide_text.h"
@@ -125,36 +126,30 @@ TEST_F(CodecHandler, TryDecoderFile_passes_over_what_is_no_decoder) {
     }
 }
 
-// A stand-in for the library's own file, with module folders beside it.
 class LoadByName : public testing::Test {
   protected:
-    LoadByName() : mSelf(platform::LoadLibraryW(mLibrary.Path().c_str())) {}
-    ~LoadByName() override { platform::FreeLibrary(mSelf); }
-
     std::u16string PathByName(std::u16string_view place) const {
-        return (mFolder / place) + platform::kNamedModuleExtension;
+        return (mHome.Folder() / place) + platform::kNamedModuleExtension;
     }
     std::u16string Trace(bool loaded, bool (*load)(const XLog& log, platform::ModuleHandle self)) {
         Channel channel;
         XLog log;
         log.mTraceOut = channel.WriteEnd();
         XLog::Write(u"start", log, nullptr, true, nullptr);  // whatever line stood open is ended
-        EXPECT_EQ(load(log, mSelf), loaded);
+        EXPECT_EQ(load(log, mHome.Self()), loaded);
         return channel.Text();
     }
 
-    const TempFolder mFolder;
-    const PlacedModule mLibrary{mFolder, u"library", "whole_decoder"};
-    const platform::ModuleHandle mSelf;
+    const ModuleHome mHome;
 };
 
 TEST_F(LoadByName, The_folder_of_the_kind_beside_the_library_is_taken) {
-    const PlacedModule encoder(mFolder, u"encoder/same name", "scripted_encoder");
-    const PlacedModule effect(mFolder, u"DSPs/same name", "scripted_effect");
+    const PlacedModule encoder = mHome.Place(u"encoder/same name", "scripted_encoder");
+    const PlacedModule effect = mHome.Place(u"DSPs/same name", "scripted_effect");
     clQvEncoder loadedEncoder;
     clQvDSP loadedEffect;
-    EXPECT_TRUE(clQvCodecHandler::LoadEncoder(u"same name", loadedEncoder, kNoLog, mSelf));
-    EXPECT_TRUE(clQvCodecHandler::LoadDSP(u"same name", loadedEffect, kNoLog, mSelf));
+    EXPECT_TRUE(clQvCodecHandler::LoadEncoder(u"same name", loadedEncoder, kNoLog, mHome.Self()));
+    EXPECT_TRUE(clQvCodecHandler::LoadDSP(u"same name", loadedEffect, kNoLog, mHome.Self()));
     clQvCodecHandler::DestroyInstance(loadedEncoder);
     EXPECT_EQ(loadedEncoder.Instance(), 0u);
     EXPECT_EQ(encoder.TakeJournal(), "ENC_Create\nENC_Destroy\n");
@@ -162,49 +157,49 @@ TEST_F(LoadByName, The_folder_of_the_kind_beside_the_library_is_taken) {
 }
 
 TEST_F(LoadByName, A_load_replaces_what_was_held_before_it_looks_for_the_next) {
-    const PlacedModule encoder(mFolder, u"encoder/one", "scripted_encoder");
+    const PlacedModule encoder = mHome.Place(u"encoder/one", "scripted_encoder");
     clQvEncoder loaded;
-    ASSERT_TRUE(clQvCodecHandler::LoadEncoder(u"one", loaded, kNoLog, mSelf));
-    EXPECT_FALSE(clQvCodecHandler::LoadEncoder(u"none", loaded, kNoLog, mSelf));
+    ASSERT_TRUE(clQvCodecHandler::LoadEncoder(u"one", loaded, kNoLog, mHome.Self()));
+    EXPECT_FALSE(clQvCodecHandler::LoadEncoder(u"none", loaded, kNoLog, mHome.Self()));
     EXPECT_FALSE(loaded.HasModule());
     EXPECT_EQ(encoder.TakeJournal(), "ENC_Create\nENC_Destroy\n");
 }
 
 TEST_F(LoadByName, A_module_that_lacks_an_entry_stays_with_the_wrapper_until_the_next_load) {
-    const PlacedModule lacking(mFolder, u"encoder/lacking", "encoder_without_ENC_Set");
-    const PlacedModule encoder(mFolder, u"encoder/one", "scripted_encoder");
+    const PlacedModule lacking = mHome.Place(u"encoder/lacking", "encoder_without_ENC_Set");
+    const PlacedModule encoder = mHome.Place(u"encoder/one", "scripted_encoder");
     clQvEncoder loaded;
-    EXPECT_FALSE(clQvCodecHandler::LoadEncoder(u"lacking", loaded, kNoLog, mSelf));
+    EXPECT_FALSE(clQvCodecHandler::LoadEncoder(u"lacking", loaded, kNoLog, mHome.Self()));
     EXPECT_TRUE(loaded.HasModule());
     EXPECT_EQ(loaded.Instance(), 0u);
-    EXPECT_TRUE(clQvCodecHandler::LoadEncoder(u"one", loaded, kNoLog, mSelf));
+    EXPECT_TRUE(clQvCodecHandler::LoadEncoder(u"one", loaded, kNoLog, mHome.Self()));
 }
 
 TEST_F(LoadByName, A_module_that_makes_no_instance_is_not_live) {
-    const PlacedModule effect(mFolder, u"DSPs/echo", "scripted_effect", "create|0\n");
+    const PlacedModule effect = mHome.Place(u"DSPs/echo", "scripted_effect", "create|0\n");
     clQvDSP loaded;
-    EXPECT_FALSE(clQvCodecHandler::LoadDSP(u"echo", loaded, kNoLog, mSelf));
+    EXPECT_FALSE(clQvCodecHandler::LoadDSP(u"echo", loaded, kNoLog, mHome.Self()));
     EXPECT_TRUE(loaded.EntriesGood());
     EXPECT_EQ(effect.TakeJournal(), "DSP_Create\n");
 }
 
 TEST_F(LoadByName, A_library_that_cannot_tell_its_own_place_loads_nothing_from_the_current_folder) {
-    const PlacedModule encoder(mFolder, u"encoder/one", "scripted_encoder");
+    const PlacedModule encoder = mHome.Place(u"encoder/one", "scripted_encoder");
     clQvEncoder loadedEncoder;
     clQvDSP loadedEffect;
-    ASSERT_TRUE(clQvCodecHandler::LoadEncoder(u"one", loadedEncoder, kNoLog, mSelf));
+    ASSERT_TRUE(clQvCodecHandler::LoadEncoder(u"one", loadedEncoder, kNoLog, mHome.Self()));
     Faulty<platform::GetModuleFileNameW> places;
     Faulty<platform::LoadLibraryW> loads;
     places.FailAlways();
-    EXPECT_FALSE(clQvCodecHandler::LoadEncoder(u"one", loadedEncoder, kNoLog, mSelf));
-    EXPECT_FALSE(clQvCodecHandler::LoadDSP(u"echo", loadedEffect, kNoLog, mSelf));
+    EXPECT_FALSE(clQvCodecHandler::LoadEncoder(u"one", loadedEncoder, kNoLog, mHome.Self()));
+    EXPECT_FALSE(clQvCodecHandler::LoadDSP(u"echo", loadedEffect, kNoLog, mHome.Self()));
     EXPECT_EQ(loads.Calls(), 0);
     EXPECT_FALSE(loadedEncoder.HasModule());  // what was held is gone all the same
     EXPECT_EQ(encoder.TakeJournal(), "ENC_Create\nENC_Destroy\n");
 }
 
 TEST_F(LoadByName, The_trace_says_which_file_is_loaded) {
-    const PlacedModule encoder(mFolder, u"encoder/one", "scripted_encoder");
+    const PlacedModule encoder = mHome.Place(u"encoder/one", "scripted_encoder");
     EXPECT_EQ(Trace(true,
                     [](const XLog& log, platform::ModuleHandle self) {
                         clQvEncoder loaded;
@@ -212,7 +207,7 @@ TEST_F(LoadByName, The_trace_says_which_file_is_loaded) {
                     }),
               u"start\r\n->->  [clQvCodecHandler::LoadEncoder]\r\n  Loading Encoder '" +
                   PathByName(u"encoder/one") + u"'\r\n<-<-  [clQvCodecHandler::LoadEncoder]\r\n");
-    const PlacedModule effect(mFolder, u"DSPs/echo", "scripted_effect", "create|0\n");
+    const PlacedModule effect = mHome.Place(u"DSPs/echo", "scripted_effect", "create|0\n");
     EXPECT_EQ(Trace(false,
                     [](const XLog& log, platform::ModuleHandle self) {
                         clQvDSP loaded;

@@ -7,10 +7,12 @@
 #include <cstring>
 
 #include "support/child.h"
+#include "support/own_settings.h"
 
 int main(int argc, char** argv) {
     if (argc > 1 && std::strncmp(argv[1], "--child=", 8) == 0)
         return child::Run(argv[1] + 8, argc - 2, argv + 2);
+    const OwnSettings settings;
     testing::InitGoogleTest(&argc, argv);
     const int result = RUN_ALL_TESTS();
     const testing::UnitTest& all = *testing::UnitTest::GetInstance();
