@@ -1,5 +1,5 @@
-/* Quavermill for hosts: converting whole audio files, the tag and effect lists that go with a conversion, and what the
- * modules beside the library offer.
+/* Quavermill for hosts: converting whole audio files, the tag and effect lists that go with a conversion, what the
+ * modules beside the library offer, and decoding and encoding block by block.
  *
  * Usable from C11 and C++. Nothing of the operating system's own headers is needed.
  *
@@ -44,10 +44,10 @@
  *
  * 3. Text
  *
- * Text is NUL-terminated UTF-16. A text that goes in stays the host's and is not kept past the call; null is taken as
- * the empty text. A text that comes out is copied whole, with its NUL, into the host's buffer. NO SIZE IS PASSED AND
- * NOTHING IS CUT: a buffer that is too small is written past its end. Each call says how long its texts can become.
- * A null buffer receives nothing.
+ * Text is NUL-terminated UTF-16. A text that goes in stays the host's and is not kept past the call, with the one
+ * exception of QAEOpenFile; null is taken as the empty text. A text that comes out is copied whole, with its NUL, into
+ * the host's buffer. NO SIZE IS PASSED AND NOTHING IS CUT: a buffer that is too small is written past its end. Each
+ * call says how long its texts can become. A null buffer receives nothing.
  *
  *
  * 4. Results and failure
@@ -173,10 +173,107 @@ QV_API int32_t QV_CALL QACGetDecoder(QvConverter* converter, int32_t index, QvCh
  * so that all capitals stand before the small letters. No module is loaded: whether it works shows when it is used. */
 QV_API int32_t QV_CALL QACGetDSP(QvConverter* converter, int32_t index, QvChar* name);
 
+/* ---- What a file is ------------------------------------------------------------------------------------------
+ *
+ * The calls of this section and the next load the decoder of a file, chosen by the file's extension, ask it, and let it
+ * go before they return; they have nothing to do with a conversion or with direct decoding, and the same file may be open
+ * there, as far as its decoder shares it. A `file` is a path, relative ones being relative to the current folder.
+ *
+ * Each call that goes to a file reports two lines of information, "Reading audio info from file '...'" and "Finished
+ * reading audio info from file '...'" (the words differ from call to call); the second also stands behind a failure of
+ * the decoder. Results, where a call says nothing else:
+ *
+ *     QV_FAILED    the file does not exist, no decoder was found for it, or the decoder refused: the errors say which,
+ *                  and hold what the decoder said of it
+ *     QV_NOTHING   a decoder was found but could not be loaded or started again; nothing is reported
+ */
+
+/* (modules) Reads the numbers of a file. QV_DONE, and all four are written; otherwise none is.
+ *
+ * `format` receives 18 bytes: the plain form of the format of the decoded audio. For an extensible record wFormatTag is
+ * 65534 and cbSize tells the bytes of what is left out. `lengthMs` is the length in milliseconds, `fileSize` the file's
+ * size in bytes, and `property` a number whose meaning is the decoder's own, with its sign. Null receives nothing. */
+QV_API int32_t QV_CALL QACReadAudioProperties(QvConverter* converter, const QvChar* file, QvFormat* format,
+                                              uint64_t* lengthMs, uint64_t* fileSize, int64_t* property);
+
+/* (modules) Reads a row of what a file's decoder tells of it, for display: what it is called and what it is, both in
+ * words of the decoder's. INDEX 0 IS WHAT READS the file; a higher index only looks into what index 0 left on this
+ * handle, though it wants the file to exist like index 0. A host asks for 0, 1, 2 and so on while it gets QV_DONE.
+ *
+ * QV_DONE when there is a row; also for index 0 of a file of which the decoder tells nothing at all but says so, and
+ * then both texts are empty. QV_NOTHING when there is no such row, also for a negative index; both texts are empty then.
+ * QV_FAILED leaves both buffers as they were where the file does not exist or has no decoder, and empties them where the
+ * decoder refused.
+ *
+ * ROWS OF THE FILE BEFORE stay where index 0 brings no new ones, and are delivered with QV_DONE: that happens with a
+ * decoder that tells nothing of a file, and also with one that refuses it, where only the errors say so. A host that
+ * reads many files and must not mix them up uses a handle for each.
+ *
+ * LENGTH: as the decoder makes them. The decoders that come with Quavermill stay below 1024 units for each text; nothing
+ * bounds those of others. */
+QV_API int32_t QV_CALL QACReadAudioPropStrings(QvConverter* converter, const QvChar* file, int32_t index, QvChar* name,
+                                               QvChar* value);
+
+/* ---- Tags of a file ------------------------------------------------------------------------------------------
+ *
+ * What a decoder knows of its files' tags: rows of a name with a text, or with art, which is bytes of a picture or the
+ * like. Which names there are is the decoder's matter. What was said above of calls that go to a file holds here too.
+ *
+ * THE ROWS OF A FILE AND THE LIST OF THE NEXT CONVERSION, in the section behind this one, ARE ONE LIST: QACReadIDTag at
+ * index 0 puts the file's rows in place of the host's, QACWriteIDTag the one row that it writes, and the next conversion
+ * takes what stands there. A host that does not want that calls QACClearIDTagList.
+ *
+ * A host reads a file's tags so:
+ *
+ *     for (int32_t index = 0;; ++index) {
+ *         uint64_t size = sizeof art;
+ *         int32_t result = QACReadIDTag(converter, file, index, name, value, art, &size);
+ *         if (result == QV_NOTHING || result == QV_FAILED || (index == 0 && name[0] == 0)) break;
+ *         use(name, value, art, size);
+ *     }
+ */
+
+/* (modules) Reads a row of the tags of `file`. INDEX 0 IS WHAT READS the file and replaces the list; a higher index only
+ * looks into the list, though it wants the file to exist like index 0. `artSize`: going in, the capacity of `art` in
+ * bytes; coming out, how many bytes of art were delivered, 0 for none. Null for either means that no art is wanted.
+ *
+ *     QV_NO_ART    THE ORDINARY ANSWER: `name` and `value` are delivered, and no art. The row has none, or its art is
+ *                  not below the capacity: art of n bytes takes a capacity of n + 1
+ *     QV_DONE      `name`, `value` and the art are delivered. At index 0 also: the file has no tags, and both texts are
+ *                  empty
+ *     QV_NOTHING   no such row, also for a negative index; the texts are empty. At index 0: the decoder gave no tags, or
+ *                  1,000,000 bytes or more of them, which are not read, or could not be started
+ *     QV_FAILED    the file does not exist or has no decoder: the buffers and the list are as they were. Or the decoder
+ *                  refused: the texts and the list are empty
+ *
+ * `artSize` is written in every case, `art` only with as many bytes as it says. From index 0 on the rows of before are
+ * gone once a decoder was found, also when it then fails. What is damaged in the decoder's tags ends them early: the rows
+ * before it are there.
+ *
+ * LENGTH: of a file's name or value below 500,000 units. Rows that the host added itself are as long as it made them. */
+QV_API int32_t QV_CALL QACReadIDTag(QvConverter* converter, const QvChar* file, int32_t index, QvChar* name,
+                                    QvChar* value, uint8_t* art, uint64_t* artSize);
+
+/* (modules) Writes one tag into `file`: whatever the file had under this name is replaced, and its other tags stay. With
+ * *artSize above 0 it is the art at `art`, so many bytes, and `value` is left out; otherwise it is `value`. `artSize` is
+ * read and not written, and is of another width than that of QACReadIDTag. Null for either means that there is no art.
+ *
+ * QV_DONE when the decoder has written it, and otherwise as above. THE HOST'S LIST IS REPLACED by the one row, also when
+ * the decoder then refuses it; the list is as it was when the file does not exist, has no decoder, or this could not be
+ * started. */
+QV_API int32_t QV_CALL QACWriteIDTag(QvConverter* converter, const QvChar* file, const QvChar* name,
+                                     const QvChar* value, const uint8_t* art, const uint32_t* artSize);
+
+/* (modules) Deletes the tags of this name from `file`, or all of its tags when `tagName` is null or empty. QV_DONE when
+ * the decoder has done so, and otherwise as above; what a file without such a tag counts for is the decoder's matter. The
+ * list stays as it is. */
+QV_API int32_t QV_CALL QACDeleteIDTag(QvConverter* converter, const QvChar* file, const QvChar* tagName);
+
 /* ---- Tags for the next conversion ----------------------------------------------------------------------------
  *
  * A list of names and values that conversions carry into the files they write. A conversion reads the list and leaves
- * it as it is. Rows with an empty value stay behind.
+ * it as it is. Rows with an empty value stay behind, and so does all art. QACReadIDTag at index 0 and QACWriteIDTag put
+ * rows of their own in place of the host's.
  */
 
 /* Appends a row, also when one of this name stands there. Always QV_DONE. */
@@ -269,6 +366,126 @@ QV_API int32_t QV_CALL QACSetCancelled(QvConverter* converter);
 /* The processor of the next conversion, counted from 1; -1, where a handle begins, for all of them. 0 tells the
  * converter nothing, and any other number reaches it as it is. One that runs is not changed. Always QV_DONE. */
 QV_API int32_t QV_CALL QACSetCPU(QvConverter* converter, int32_t cpu);
+
+/* ---- Direct decoding -----------------------------------------------------------------------------------------
+ *
+ * A file's audio, block by block, in the host's own process, in the format the host asks for.
+ *
+ * Order: QADOpenFile; QADDecodeBlock and QADSetPosition as wanted; QADCloseFile. One file at a time for each handle;
+ * a conversion and direct encoding of the same handle are apart from it. A host walks a stream like this:
+ *
+ *     QvFormatExtensible format = {0};
+ *     uint64_t lengthMs = 0, positionMs = 0;
+ *     if (QADOpenFile(converter, file, &format, &lengthMs) == QV_DONE) {
+ *         const uint32_t wanted = 4096u * format.Format.nBlockAlign;
+ *         uint8_t* buffer = malloc(wanted);
+ *         uint32_t bytes = 0, finished = 0;
+ *         while (!finished) {
+ *             bytes = wanted;
+ *             QADDecodeBlock(converter, buffer, &bytes, &finished, &positionMs);
+ *             if (!finished && positionMs == 0) break;
+ *             use(buffer, bytes);
+ *         }
+ *         free(buffer);
+ *     }
+ *     QADCloseFile(converter);
+ *
+ * The way out in the middle is needed: see the end of a stream at QADDecodeBlock.
+ */
+
+/* (modules) Opens `file` with the decoder for its extension. `format` is 40 bytes, in and out. Going in, nChannels,
+ * wBitsPerSample and nSamplesPerSec ask for what shall be delivered, each 0 for what the file has (so is a rate of
+ * 2^31 and above); nothing else of it is read. Coming out, it is the format of the blocks to come, with zeros behind a
+ * record that is shorter. Null asks for nothing and receives nothing. `lengthMs` receives the file's length in
+ * milliseconds, as the module gives it; it may be null.
+ *
+ *     QV_DONE      open, at its start; `format` and `lengthMs` are written
+ *     QV_FAILED    there is no such file, no decoder for it, or its decoder refuses it; the errors say which
+ *     QV_NOTHING   the decoder could not be loaded once more for this file, or made no instance; nothing is reported
+ *
+ * `format` and `lengthMs` are written with QV_DONE alone. What was open before is closed, unless there is no such file
+ * or no decoder for it, which leave it open. After any other failure QADCloseFile should be the next call.
+ *
+ * A FORMAT THAT CAN'T BE REACHED IS NOT REFUSED HERE: `format` comes back as it was asked for, and then no block gives
+ * any audio. Today the channels, depth, type and rate of the file are all that can be reached.
+ *
+ * Information: "Finished opening file '...'", also when the decoder has refused the file. */
+QV_API int32_t QV_CALL QADOpenFile(QvConverter* converter, const QvChar* file, QvFormatExtensible* format,
+                                   uint64_t* lengthMs);
+
+/* (modules) Delivers the next audio. `bytes`: going in, how many bytes are wanted, of which only whole blocks of
+ * nBlockAlign bytes are given; coming out, how many were. `buffer` has room for what is wanted, and may be null: the
+ * audio is then dropped, and all else is as with a buffer. `positionMs` receives the time at the end of what was
+ * delivered. Always QV_DONE.
+ *
+ * The call runs the module until the request can be filled or the module has reported the end. A module that gives
+ * neither audio nor an end holds the call for ever.
+ *
+ * THE END OF A STREAM
+ *
+ *     what is left                  result
+ *     as much as wanted, or more    delivered; `finished` is 0
+ *     less than wanted              delivered; `bytes` says how much; `finished` is not 0
+ *     nothing                       `bytes` AS IT WAS, `finished` and `positionMs` 0, `buffer` untouched
+ *
+ * So a stream whose tail fills the last request exactly ends without `finished`: the next call finds nothing left, and
+ * says so only by a `positionMs` of 0 and by a buffer that it leaves alone. A call that delivered a millisecond or more
+ * has another `positionMs`. The same comes of every call behind the end, and of one with no file open.
+ *
+ * What is wanted should be a multiple of nBlockAlign. Less than one block gives 0 in `bytes`, though the module has
+ * run. In a format whose nBlockAlign is not that of its channels and depth, the last bytes of `buffer` can stay as they
+ * were. Null for `bytes` wants nothing; null for the others receives nothing.
+ *
+ * A block that can't be brought into the format is dropped, and nothing tells of it. */
+QV_API int32_t QV_CALL QADDecodeBlock(QvConverter* converter, uint8_t* buffer, uint32_t* bytes,
+                                      uint32_t* finished, uint64_t* positionMs);
+
+/* (modules) Lets the next block begin at this time in milliseconds. Audio that waited to be delivered is dropped.
+ * QV_NOTHING when no file is open. A place outside the file is no failure: decoders begin at its nearest end.
+ *
+ * A stream that has ended, that is one whose module has reported the end to any QADDecodeBlock, does not begin again:
+ * the result is QV_DONE, but no more audio comes until the file is opened again. Where the rate is changed, the place
+ * is off by the ratio of the rates, and a little audio from before the seek comes out in front of it. */
+QV_API int32_t QV_CALL QADSetPosition(QvConverter* converter, int64_t positionMs);
+
+/* (modules) Closes the file; what waited to be delivered is dropped. The module stays loaded until another file is
+ * opened or the handle is destroyed. Always QV_DONE, also with nothing open. A host may destroy the handle without
+ * this call. */
+QV_API int32_t QV_CALL QADCloseFile(QvConverter* converter);
+
+/* ---- Direct encoding -----------------------------------------------------------------------------------------
+ *
+ * Blocks of the host's own audio through an encoder, in the host's own process, into a file that the encoder writes.
+ * Nothing is converted: the blocks are in the format that was declared.
+ *
+ * Order: QAEOpenFile; QAEEncodeBlock any number of times, the last one with `finished`; QAECloseFile. One file at a
+ * time for each handle.
+ */
+
+/* (modules) Begins to write `file` with the encoder of this name. `settings` is the encoder's own settings text, empty
+ * for its defaults. `format` declares the blocks to come: 18 bytes are read and as many more as cbSize says, 22 at
+ * most, so a plain record may stand there as well as an extensible one. Block alignment and byte rate of PCM are
+ * computed anew. Null is a record of zeros.
+ *
+ * `file` AND `settings` MUST STAND UNTIL QAECloseFile HAS RETURNED: they are not copied.
+ *
+ * QV_DONE when the encoder has begun. QV_NOTHING when it has refused, and the errors hold what it said of that, if
+ * anything; or when there is no such encoder or it can't be loaded, and the errors say "Error loading encoder.". An
+ * encoding that was open is ended without being completed, whatever the result. */
+QV_API int32_t QV_CALL QAEOpenFile(QvConverter* converter, const QvChar* file, const QvChar* encoderName,
+                                   const QvChar* settings, const QvFormatExtensible* format);
+
+/* (modules) Hands the encoder a block of *bytes bytes at `buffer`, whole frames, and the value behind `finished`, which
+ * is above 0 for the last block; that one may be empty. Both numbers are read and not written; null is 0 for either,
+ * and a null `buffer` is an empty block. Always QV_DONE, also with nothing open: what went wrong shows at QAECloseFile.
+ * No last block is added for a host that gives none. */
+QV_API int32_t QV_CALL QAEEncodeBlock(QvConverter* converter, const uint8_t* buffer, const uint32_t* bytes,
+                                      const uint32_t* finished);
+
+/* (modules) Completes the file. QV_DONE when it is good. QV_NOTHING when it is not, and the errors hold what the
+ * encoder said of that, if anything; or when nothing was open. The encoder stays until another file is opened or the
+ * handle is destroyed: a second call reaches it again, and what it then answers is its own matter. */
+QV_API int32_t QV_CALL QAECloseFile(QvConverter* converter);
 
 #ifdef __cplusplus
 }

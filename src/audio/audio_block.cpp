@@ -28,6 +28,19 @@ bool clAudioBlock::setData(const void* source, std::uint32_t count, const QvForm
     return done;
 }
 
+bool clAudioBlock::CopyFrom(const clAudioBlock& from) {
+    setData(from.data, from.bytes, from.format, false);
+    return data && format->cbSize == from.format->cbSize;
+}
+
+void clAudioBlock::Borrow(const std::uint8_t* source, std::uint32_t count, QvFormat* record) {
+    format = record;
+    data = const_cast<std::uint8_t*>(source);
+    capacity = bytes = source ? count : 0;
+    offset = 0;
+    adopted = 1;
+}
+
 bool clAudioBlock::reserveBytes(std::uint64_t count) {
     constexpr std::uint64_t kLimit = std::numeric_limits<std::uint32_t>::max();
     const bool countable = count <= kLimit;

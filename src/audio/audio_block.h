@@ -26,6 +26,12 @@ class clAudioBlock : public clFormatHolder {
     // for them instead, zeroed, and this alone is false when there is no memory: a copy that failed is true,
     // with null data.
     bool setData(const void* source, std::uint32_t count, const QvFormat* record, bool adopt);
+    // Becomes a copy of another block: samples and record. False when there is no memory for either; the
+    // block is then not to be read.
+    bool CopyFrom(const clAudioBlock& from);
+    // Becomes a passing view of samples and of a record that both stay somebody else's, who keeps them in
+    // place while it is read. Needs no memory.
+    void Borrow(const std::uint8_t* source, std::uint32_t count, QvFormat* record);
     // Zeroed room in the block's own store, nothing of it valid yet. True when there is a store.
     bool reserveBytes(std::uint64_t count);
     bool reserveFrames(std::uint32_t count, const QvFormat* record);

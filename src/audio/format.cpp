@@ -87,6 +87,18 @@ void clFormatHolder::SetBits(std::uint16_t bits) {
     UpdateRates();
 }
 
+void clFormatHolder::SetChannels(std::uint16_t channels) {
+    QvFormatExtensible* extension = Extension();
+    if (extension && channels != format->nChannels) extension->dwChannelMask = 0;
+    format->nChannels = channels;
+    UpdateRates();
+}
+
+void clFormatHolder::SetRate(std::uint32_t rate) {
+    format->nSamplesPerSec = rate;
+    UpdateRates();
+}
+
 void clFormatHolder::SetType(bool isFloat) {
     const std::uint8_t type = isFloat ? QV_FORMAT_FLOAT : QV_FORMAT_PCM;
     QvFormatExtensible* extension = Extension();

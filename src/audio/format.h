@@ -37,6 +37,10 @@ class clFormatHolder {
 
     // Another container size, with what depends on it.
     void SetBits(std::uint16_t bits);
+    // Another number of channels, with what depends on it: a mask that named other channels is cleared.
+    void SetChannels(std::uint16_t channels);
+    // Another rate, with what depends on it.
+    void SetRate(std::uint32_t rate);
     // Relabels the samples as float or integer PCM and changes nothing else.
     void SetType(bool isFloat);
     // Computes the block alignment and the byte rate from the other fields, after one of them was written.

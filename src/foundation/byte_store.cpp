@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -49,6 +50,14 @@ bool clByteStore::Assign(const void* data, std::uint32_t size, std::uint32_t ext
     SetCursor(size);
     SetCursor2(mCursor2);
     return mData != nullptr;
+}
+
+void clByteStore::Swap(clByteStore& other) {
+    std::swap(mData, other.mData);
+    std::swap(mSize, other.mSize);
+    std::swap(mCapacity, other.mCapacity);
+    std::swap(mCursor, other.mCursor);
+    std::swap(mCursor2, other.mCursor2);
 }
 
 void clByteStore::SetCursor(std::uint32_t cursor) {

@@ -26,6 +26,9 @@ class clByteStore {
     // extra in either case, and the cursor `size`. True when there is a block.
     bool Assign(const void* data, std::uint32_t size, std::uint32_t extra);
 
+    // Exchanges blocks, sizes and cursors with another store.
+    void Swap(clByteStore& other);
+
     // Both cursors are kept at or below Size(). The first is the end of the filled bytes for a writer, the
     // read position for a reader.
     std::uint32_t Cursor() const { return mCursor; }

@@ -20,7 +20,14 @@ clConverter::clConverter() : moduleHandle(gModuleHandle) {
 
 clConverter::~clConverter() {
     XTraceScope trace(log, "clConverter::~clConverter");
+    ReleaseModules();
     CloseChannel();
+}
+
+// Modules may write to the log up to their end, so they go before its handles do.
+void clConverter::ReleaseModules() {
+    directEncoder.Unload();
+    decoder.Unload();
 }
 
 // The place for a licence. None is asked for.

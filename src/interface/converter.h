@@ -97,16 +97,16 @@ class clConverter {
     XPipe infoPipe;
     XPipe errorPipe;
     std::int32_t tagWriteThrough = 0;
-    clQvDecoder decoder;                       // of the open direct decoding
-    clFormatHolder sourceFormat;               // what it gives
-    clBlockCarry decodedCarry;                 // in outputFormat already, not yet delivered
-    std::uint64_t moduleTimecode = 0;          // of the module's last block; kept, not read
-    std::uint64_t deliveredBytes = 0;          // output position: the last seek's target and all since
-    std::uint32_t decoderFinished = 0;         // the module has reported the end
-    clQvEncoder directEncoder;                 // of the open direct encoding
-    clEncoderSessionRec encoderRecord = {};    // stands as long as that
-    clFormatChanger formatChanger;             // from sourceFormat to outputFormat
-    clFormatHolder outputFormat;               // what direct decoding delivers
+    clQvDecoder decoder;                         // of the open direct decoding
+    clFormatHolder sourceFormat;                 // what it gives
+    clBlockCarry decodedCarry;                   // in outputFormat already, not yet delivered
+    std::uint64_t moduleTimecode = 0;            // of the module's last block; kept, not read
+    std::uint64_t deliveredBytes = 0;            // output position: the last seek's target and all since
+    std::uint32_t decoderFinished = 0;           // the module has reported the end
+    clQvEncoder directEncoder;                   // of the open direct encoding
+    clEncoderSessionRec encoderRecord = {};      // stands as long as that
+    clFormatChanger formatChanger;               // from sourceFormat to outputFormat
+    clFormatHolder outputFormat;                 // what direct decoding delivers
     std::atomic<bool> encodingFinished = false;  // the end of the current run stands in lastInfo
     std::uint32_t timerId = 0;                   // 0 when the timer service has refused
     XString lastError;
@@ -127,6 +127,7 @@ class clConverter {
 
     void Service();
     std::uint32_t Progress() const;
+    XString DSPArguments();
 
     void ReleaseModules();
     bool FindDecoder(const char16_t* file, clQvDecoder& found);
@@ -135,9 +136,11 @@ class clConverter {
     void DeriveFormats(const clOpenFileRec& record, QvFormatExtensible* format);
     void CloseDecoder();
     void DecodeModuleBlock();
-    std::uint32_t Grant(std::uint32_t wanted, std::uint32_t& finished) const;
-    void Deliver(std::uint32_t grant, std::uint8_t* buffer);
-    XString DSPArguments();
+    void HandOut(std::uint32_t grant, std::uint8_t* buffer);
+    std::uint64_t DeliveredMs();
+    std::uint16_t OutputBlockAlign();
+    bool BeginEncoding(const char16_t* file, const char16_t* encoderName, const char16_t* settings,
+                       const QvFormatExtensible* format);
 
     std::mutex textGuard;                      // lastError and lastInfo, between the tick and the host
     clByteStore* undeliveredErrors = nullptr;  // in errorPipe, drained but still without memory to stand in

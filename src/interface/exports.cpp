@@ -118,3 +118,36 @@ int32_t QACSetCancelled(QvConverter* converter) {
 int32_t QACSetCPU(QvConverter* converter, int32_t cpu) {
     return Between(converter, "clConverter::SetCPU", [=](clConverter& object) { object.cpu = cpu; });
 }
+
+int32_t QADOpenFile(QvConverter* converter, const QvChar* file, QvFormatExtensible* format,
+                    uint64_t* lengthMs) {
+    return Forward(converter, &clConverter::DecoderOpenFile, FromQvText(file), format, lengthMs);
+}
+
+int32_t QADDecodeBlock(QvConverter* converter, uint8_t* buffer, uint32_t* bytes, uint32_t* finished,
+                       uint64_t* positionMs) {
+    return Forward(converter, &clConverter::DecoderDecodeBlock, buffer, bytes, finished, positionMs);
+}
+
+int32_t QADSetPosition(QvConverter* converter, int64_t positionMs) {
+    return Forward(converter, &clConverter::DecoderSetPosition, positionMs);
+}
+
+int32_t QADCloseFile(QvConverter* converter) {
+    return Forward(converter, &clConverter::DecoderCloseFile);
+}
+
+int32_t QAEOpenFile(QvConverter* converter, const QvChar* file, const QvChar* encoderName,
+                    const QvChar* settings, const QvFormatExtensible* format) {
+    return Forward(converter, &clConverter::EncoderOpenFile, FromQvText(file), FromQvText(encoderName),
+                   FromQvText(settings), format);
+}
+
+int32_t QAEEncodeBlock(QvConverter* converter, const uint8_t* buffer, const uint32_t* bytes,
+                       const uint32_t* finished) {
+    return Forward(converter, &clConverter::EncoderEncodeBlock, buffer, bytes, finished);
+}
+
+int32_t QAECloseFile(QvConverter* converter) {
+    return Forward(converter, &clConverter::EncoderCloseFile);
+}
