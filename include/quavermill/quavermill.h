@@ -1,5 +1,5 @@
 /* Quavermill for hosts: converting whole audio files, the tag and effect lists that go with a conversion, what the
- * modules beside the library offer, and decoding and encoding block by block.
+ * modules beside the library offer, what files are and which tags they have, and decoding and encoding block by block.
  *
  * Usable from C11 and C++. Nothing of the operating system's own headers is needed.
  *
@@ -175,13 +175,14 @@ QV_API int32_t QV_CALL QACGetDSP(QvConverter* converter, int32_t index, QvChar* 
 
 /* ---- What a file is ------------------------------------------------------------------------------------------
  *
- * The calls of this section and the next load the decoder of a file, chosen by the file's extension, ask it, and let it
- * go before they return; they have nothing to do with a conversion or with direct decoding, and the same file may be open
- * there, as far as its decoder shares it. A `file` is a path, relative ones being relative to the current folder.
+ * The calls of this section and the next load the decoder of a file, chosen by the file's extension, ask it, and let
+ * it go before they return; they have nothing to do with a conversion or with direct decoding, and the same file may
+ * be open there, as far as its decoder shares it. A `file` is a path, relative ones being relative to the current
+ * folder.
  *
  * Each call that goes to a file reports two lines of information, "Reading audio info from file '...'" and "Finished
- * reading audio info from file '...'" (the words differ from call to call); the second also stands behind a failure of
- * the decoder. Results, where a call says nothing else:
+ * reading audio info from file '...'" (the words differ from call to call); the second also stands behind a failure
+ * of the decoder. Results, where a call says nothing else:
  *
  *     QV_FAILED    the file does not exist, no decoder was found for it, or the decoder refused: the errors say which,
  *                  and hold what the decoder said of it
@@ -190,9 +191,10 @@ QV_API int32_t QV_CALL QACGetDSP(QvConverter* converter, int32_t index, QvChar* 
 
 /* (modules) Reads the numbers of a file. QV_DONE, and all four are written; otherwise none is.
  *
- * `format` receives 18 bytes: the plain form of the format of the decoded audio. For an extensible record wFormatTag is
- * 65534 and cbSize tells the bytes of what is left out. `lengthMs` is the length in milliseconds, `fileSize` the file's
- * size in bytes, and `property` a number whose meaning is the decoder's own, with its sign. Null receives nothing. */
+ * `format` receives 18 bytes: the plain form of the format of the decoded audio. For an extensible record wFormatTag
+ * is 65534 and cbSize tells the bytes of what is left out. `lengthMs` is the length in milliseconds, `fileSize` the
+ * file's size in bytes, and `property` a number whose meaning is the decoder's own, with its sign. Null receives
+ * nothing. */
 QV_API int32_t QV_CALL QACReadAudioProperties(QvConverter* converter, const QvChar* file, QvFormat* format,
                                               uint64_t* lengthMs, uint64_t* fileSize, int64_t* property);
 
@@ -201,72 +203,75 @@ QV_API int32_t QV_CALL QACReadAudioProperties(QvConverter* converter, const QvCh
  * handle, though it wants the file to exist like index 0. A host asks for 0, 1, 2 and so on while it gets QV_DONE.
  *
  * QV_DONE when there is a row; also for index 0 of a file of which the decoder tells nothing at all but says so, and
- * then both texts are empty. QV_NOTHING when there is no such row, also for a negative index; both texts are empty then.
- * QV_FAILED leaves both buffers as they were where the file does not exist or has no decoder, and empties them where the
- * decoder refused.
+ * then both texts are empty. QV_NOTHING when there is no such row, also for a negative index; both texts are empty
+ * then. QV_FAILED leaves both buffers as they were where the file does not exist or has no decoder, and empties them
+ * where the decoder refused.
  *
  * ROWS OF THE FILE BEFORE stay where index 0 brings no new ones, and are delivered with QV_DONE: that happens with a
  * decoder that tells nothing of a file, and also with one that refuses it, where only the errors say so. A host that
  * reads many files and must not mix them up uses a handle for each.
  *
- * LENGTH: as the decoder makes them. The decoders that come with Quavermill stay below 1024 units for each text; nothing
- * bounds those of others. */
-QV_API int32_t QV_CALL QACReadAudioPropStrings(QvConverter* converter, const QvChar* file, int32_t index, QvChar* name,
-                                               QvChar* value);
+ * LENGTH: as the decoder makes them: a few words and a short line, but nothing bounds them. */
+QV_API int32_t QV_CALL QACReadAudioPropStrings(QvConverter* converter, const QvChar* file, int32_t index,
+                                               QvChar* name, QvChar* value);
 
 /* ---- Tags of a file ------------------------------------------------------------------------------------------
  *
- * What a decoder knows of its files' tags: rows of a name with a text, or with art, which is bytes of a picture or the
- * like. Which names there are is the decoder's matter. What was said above of calls that go to a file holds here too.
+ * What a decoder knows of its files' tags: rows of a name with a text, or with art, which is bytes of a picture or
+ * the like. Which names there are is the decoder's matter. What was said above of calls that go to a file holds here
+ * too.
  *
- * THE ROWS OF A FILE AND THE LIST OF THE NEXT CONVERSION, in the section behind this one, ARE ONE LIST: QACReadIDTag at
- * index 0 puts the file's rows in place of the host's, QACWriteIDTag the one row that it writes, and the next conversion
- * takes what stands there. A host that does not want that calls QACClearIDTagList.
+ * THE ROWS OF A FILE AND THE LIST OF THE NEXT CONVERSION, in the section behind this one, ARE ONE LIST: QACReadIDTag
+ * at index 0 puts the file's rows in place of the host's, QACWriteIDTag the one row that it writes, and the next
+ * conversion takes what stands there. A host that does not want that calls QACClearIDTagList.
  *
  * A host reads a file's tags so:
  *
  *     for (int32_t index = 0;; ++index) {
  *         uint64_t size = sizeof art;
  *         int32_t result = QACReadIDTag(converter, file, index, name, value, art, &size);
- *         if (result == QV_NOTHING || result == QV_FAILED || (index == 0 && name[0] == 0)) break;
+ *         if (result == QV_NOTHING || result == QV_FAILED) break;
+ *         if (index == 0 && result == QV_DONE && name[0] == 0) break;
  *         use(name, value, art, size);
  *     }
  */
 
-/* (modules) Reads a row of the tags of `file`. INDEX 0 IS WHAT READS the file and replaces the list; a higher index only
- * looks into the list, though it wants the file to exist like index 0. `artSize`: going in, the capacity of `art` in
- * bytes; coming out, how many bytes of art were delivered, 0 for none. Null for either means that no art is wanted.
+/* (modules) Reads a row of the tags of `file`. INDEX 0 IS WHAT READS the file and replaces the list; a higher index
+ * only looks into the list, though it wants the file to exist like index 0. `artSize`: going in, the capacity of
+ * `art` in bytes; coming out, how many bytes of art were delivered, 0 for none. Null for either means that no art is
+ * wanted.
  *
  *     QV_NO_ART    THE ORDINARY ANSWER: `name` and `value` are delivered, and no art. The row has none, or its art is
  *                  not below the capacity: art of n bytes takes a capacity of n + 1
  *     QV_DONE      `name`, `value` and the art are delivered. At index 0 also: the file has no tags, and both texts are
  *                  empty
- *     QV_NOTHING   no such row, also for a negative index; the texts are empty. At index 0: the decoder gave no tags, or
- *                  1,000,000 bytes or more of them, which are not read, or could not be started
+ *     QV_NOTHING   no such row, also for a negative index; the texts are empty. At index 0: the decoder gave no
+ *                  tags, or 1,000,000 bytes or more of them, which are not read, or could not be started
  *     QV_FAILED    the file does not exist or has no decoder: the buffers and the list are as they were. Or the decoder
  *                  refused: the texts and the list are empty
  *
- * `artSize` is written in every case, `art` only with as many bytes as it says. From index 0 on the rows of before are
- * gone once a decoder was found, also when it then fails. What is damaged in the decoder's tags ends them early: the rows
- * before it are there.
+ * `artSize` is written in every case, `art` only with as many bytes as it says. From index 0 on the rows of before
+ * are gone once a decoder was found, also when it then fails. What is damaged in the decoder's tags ends them early:
+ * the rows before it are there.
  *
- * LENGTH: of a file's name or value below 500,000 units. Rows that the host added itself are as long as it made them. */
+ * LENGTH: of a file's name or value below 500,000 units. Rows of the host's own are as long as it made them. */
 QV_API int32_t QV_CALL QACReadIDTag(QvConverter* converter, const QvChar* file, int32_t index, QvChar* name,
                                     QvChar* value, uint8_t* art, uint64_t* artSize);
 
-/* (modules) Writes one tag into `file`: whatever the file had under this name is replaced, and its other tags stay. With
- * *artSize above 0 it is the art at `art`, so many bytes, and `value` is left out; otherwise it is `value`. `artSize` is
- * read and not written, and is of another width than that of QACReadIDTag. Null for either means that there is no art.
+/* (modules) Writes one tag into `file`: whatever the file had under this name is replaced, and its other tags stay.
+ * With *artSize above 0 it is the art at `art`, so many bytes, and `value` is left out; otherwise it is `value`.
+ * `artSize` is read and not written, and is of another width than that of QACReadIDTag. Null for either means that
+ * there is no art.
  *
- * QV_DONE when the decoder has written it, and otherwise as above. THE HOST'S LIST IS REPLACED by the one row, also when
- * the decoder then refuses it; the list is as it was when the file does not exist, has no decoder, or this could not be
- * started. */
+ * QV_DONE when the decoder has written it, and otherwise as above. THE HOST'S LIST IS REPLACED by the one row, also
+ * when the decoder then refuses it; the list is as it was when the file does not exist, has no decoder, or this could
+ * not be started. */
 QV_API int32_t QV_CALL QACWriteIDTag(QvConverter* converter, const QvChar* file, const QvChar* name,
                                      const QvChar* value, const uint8_t* art, const uint32_t* artSize);
 
-/* (modules) Deletes the tags of this name from `file`, or all of its tags when `tagName` is null or empty. QV_DONE when
- * the decoder has done so, and otherwise as above; what a file without such a tag counts for is the decoder's matter. The
- * list stays as it is. */
+/* (modules) Deletes the tags of this name from `file`, or all of its tags when `tagName` is null or empty. QV_DONE
+ * when the decoder has done so, and otherwise as above; what a file without such a tag counts for is the decoder's
+ * matter. The list stays as it is. */
 QV_API int32_t QV_CALL QACDeleteIDTag(QvConverter* converter, const QvChar* file, const QvChar* tagName);
 
 /* ---- Tags for the next conversion ----------------------------------------------------------------------------

@@ -48,7 +48,18 @@ class clConverter {
     std::int32_t GetDecoder(std::int32_t index, char16_t* name, char16_t* extension, char16_t* description);
     std::int32_t GetDSP(std::int32_t index, char16_t* name);
 
-    // Tags for the next conversion: converter_tags.cpp.
+    // What a file is: converter_properties.cpp.
+    std::int32_t ReadAudioProperties(const char16_t* file, QvFormat* format, std::uint64_t* lengthMs,
+                                     std::uint64_t* fileSize, std::int64_t* property);
+    std::int32_t ReadAudioPropStrings(const char16_t* file, std::int32_t index, char16_t* name,
+                                      char16_t* value);
+
+    // Tags of a file, and those for the next conversion: converter_tags.cpp.
+    std::int32_t ReadIDTag(const char16_t* file, std::int32_t index, char16_t* name, char16_t* value,
+                           std::uint8_t* art, std::uint64_t* artSize);
+    std::int32_t WriteIDTag(const char16_t* file, const char16_t* name, const char16_t* value,
+                            const std::uint8_t* art, const std::uint32_t* artSize);
+    std::int32_t DeleteIDTag(const char16_t* file, const char16_t* tagName);
     std::int32_t IDTagsAddToList(const char16_t* name, const char16_t* value);
     std::int32_t IDTagsReadList(std::int32_t index, char16_t* name, char16_t* value);
     std::int32_t IDTagsRemoveFromList(std::int32_t index);
@@ -83,7 +94,8 @@ class clConverter {
     // The members in the order of their birth; they die the other way round.
     std::atomic<bool> timerBusy = false;  // keeps two drains apart
     XLog log;                             // modules are given its address
-    clIDTagList tagList;
+    clIDTagList tagList;                  // the last file's tags, or the host's own rows: one list for both
+    clIDTagList propList;                 // the last file's property texts
     CPUEncoder encoderProcess;
     std::uint32_t priority = 0;
     std::uint8_t paused = 0;

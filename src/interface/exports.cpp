@@ -54,6 +54,34 @@ int32_t QACGetDSP(QvConverter* converter, int32_t index, QvChar* name) {
     return Forward(converter, &clConverter::GetDSP, index, FromQvText(name));
 }
 
+int32_t QACReadAudioProperties(QvConverter* converter, const QvChar* file, QvFormat* format,
+                               uint64_t* lengthMs, uint64_t* fileSize, int64_t* property) {
+    return Forward(converter, &clConverter::ReadAudioProperties, FromQvText(file), format, lengthMs, fileSize,
+                   property);
+}
+
+int32_t QACReadAudioPropStrings(QvConverter* converter, const QvChar* file, int32_t index, QvChar* name,
+                                QvChar* value) {
+    return Forward(converter, &clConverter::ReadAudioPropStrings, FromQvText(file), index, FromQvText(name),
+                   FromQvText(value));
+}
+
+int32_t QACReadIDTag(QvConverter* converter, const QvChar* file, int32_t index, QvChar* name, QvChar* value,
+                     uint8_t* art, uint64_t* artSize) {
+    return Forward(converter, &clConverter::ReadIDTag, FromQvText(file), index, FromQvText(name),
+                   FromQvText(value), art, artSize);
+}
+
+int32_t QACWriteIDTag(QvConverter* converter, const QvChar* file, const QvChar* name, const QvChar* value,
+                      const uint8_t* art, const uint32_t* artSize) {
+    return Forward(converter, &clConverter::WriteIDTag, FromQvText(file), FromQvText(name), FromQvText(value),
+                   art, artSize);
+}
+
+int32_t QACDeleteIDTag(QvConverter* converter, const QvChar* file, const QvChar* tagName) {
+    return Forward(converter, &clConverter::DeleteIDTag, FromQvText(file), FromQvText(tagName));
+}
+
 int32_t QACAddIDTagToList(QvConverter* converter, const QvChar* name, const QvChar* value) {
     return Forward(converter, &clConverter::IDTagsAddToList, FromQvText(name), FromQvText(value));
 }
