@@ -70,7 +70,7 @@ bool clStreamDecoder::ReadInformation(const char16_t* file, clAudioInformation& 
 }
 
 bool clStreamDecoder::ReadTags(const char16_t* file, clIDTagList& tags) {
-    return ReadFileTags(mCodec.tags, file, tags, mLog);
+    return ReadFileTags(ContainerOf(file), file, tags, mLog);
 }
 
 bool clStreamDecoder::ReadPropertyRows(const char16_t* file, clIDTagList& rows) {
@@ -80,11 +80,11 @@ bool clStreamDecoder::ReadPropertyRows(const char16_t* file, clIDTagList& rows) 
 }
 
 bool clStreamDecoder::WriteTags(const char16_t* file, const clIDTagList& tags) {
-    return WriteFileTags(mCodec.tags, file, tags, mLog);
+    return WriteFileTags(ContainerOf(file), file, tags, mLog);
 }
 
 bool clStreamDecoder::DeleteTags(const char16_t* file, const char16_t* name) {
-    return DeleteFileTags(mCodec.tags, file, name, mLog);
+    return DeleteFileTags(ContainerOf(file), file, name, mLog);
 }
 
 bool clStreamDecoder::OpenForDecoding(const char16_t* file, clAudioInformation& information) {

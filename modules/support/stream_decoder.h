@@ -46,6 +46,10 @@ class clStreamDecoder : public clModuleDecoder {
     clDecodedBlock DecodeBlock() override;
     void SetPosition(std::int64_t frame) override;
 
+  protected:
+    // For a module whose files differ in where their tags stand.
+    virtual TagContainer ContainerOf(const char16_t*) const { return mCodec.tags; }
+
   private:
     std::unique_ptr<clAudioStream> OpenStream(const char16_t* file) const;
     void ReportEnd();

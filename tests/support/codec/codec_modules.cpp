@@ -79,7 +79,7 @@ bool CodecModules::Encode(const std::u16string& file, const QvFormatExtensible& 
         std::memcpy(block.format, session.format, sizeof block.format);
         at += block.bytes;
         block.finished = at == audio.size();
-        EXPECT_TRUE(mEncoder.EncodeBlock(&block));
+        if (!mEncoder.EncodeBlock(&block)) break;  // the end has to say so too
     }
     return mEncoder.EndConversion(&session);
 }
