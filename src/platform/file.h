@@ -25,6 +25,7 @@ inline constexpr std::uint32_t kOpenExisting = 3;  // fails with kErrorFileNotFo
 
 inline constexpr std::uint32_t kAttributeReadOnly = 1;
 inline constexpr std::uint32_t kAttributeDirectory = 16;
+inline constexpr std::uint32_t kAttributeDevice = 64;  // on POSIX also a pipe or socket
 inline constexpr std::uint32_t kAttributeNormal = 128;
 
 // Opens or creates a file; kInvalidHandle on failure. A folder is refused with kErrorAccessDenied. POSIX

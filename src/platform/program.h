@@ -24,8 +24,8 @@ extern Operation<Handle(std::uint32_t which)> GetStdHandle;
 // The width in columns of the terminal behind `stream`, or 0 when it is no terminal.
 extern Operation<std::uint32_t(Handle stream)> GetConsoleWidth;
 
-// Writes text for a person: UTF-16 to a Windows console, UTF-8 elsewhere.
-extern Operation<void(Handle stream, const char16_t* text)> WriteConsoleText;
+// Writes text for a person: UTF-16 to a Windows console, UTF-8 elsewhere. False when not all of it got through.
+extern Operation<bool(Handle stream, const char16_t* text)> WriteConsoleText;
 
 // Calls `handler` with 1 for the first interruption (Ctrl-C, a request to end), 2 for the second and so on,
 // on a thread of its own or in a signal handler: it may only touch atomics. The default action does not

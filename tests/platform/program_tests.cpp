@@ -100,8 +100,8 @@ TEST(Program, WriteConsoleText_has_no_length_limit) {
     const TempFolder folder;
     {
         const OpenFile file(folder / u"text", kGenericWrite, kCreateNew);
-        WriteConsoleText(file, std::u16string(100000, u'\u00E9').c_str());
-        WriteConsoleText(file, u"");
+        EXPECT_TRUE(WriteConsoleText(file, std::u16string(100000, u'\u00E9').c_str()));
+        EXPECT_TRUE(WriteConsoleText(file, u""));
     }
     EXPECT_EQ(folder.Read(u"text").size(), 200000u);
 }
@@ -113,8 +113,8 @@ TEST(Program, a_file_has_no_width) {
 }
 
 TEST(Program, no_stream_takes_text_without_harm) {
-    WriteConsoleText(kNullHandle, u"lost");
-    WriteConsoleText(kInvalidHandle, u"lost");
+    EXPECT_FALSE(WriteConsoleText(kNullHandle, u"lost"));
+    EXPECT_FALSE(WriteConsoleText(kInvalidHandle, u"lost"));
 }
 
 TEST(Program, interruptions_can_be_taken) {

@@ -29,6 +29,7 @@ bool IsReadOnly(const std::string& path) {
 std::uint32_t AttributesOf(const struct stat& state) {
     std::uint32_t attributes = IsReadOnly(state) ? kAttributeReadOnly : 0;
     if (S_ISDIR(state.st_mode)) attributes |= kAttributeDirectory;
+    if (!S_ISDIR(state.st_mode) && !S_ISREG(state.st_mode)) attributes |= kAttributeDevice;
     return attributes ? attributes : kAttributeNormal;
 }
 

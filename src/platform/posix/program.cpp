@@ -34,9 +34,9 @@ std::uint32_t TerminalWidth(Handle stream) {
     return size.ws_col > 0 ? size.ws_col : kUsualWidth;
 }
 
-void WriteText(Handle stream, const char16_t* text) {
+bool WriteText(Handle stream, const char16_t* text) {
     const std::string narrow = Narrow(text);
-    WriteAll(DescriptorOf(stream), narrow.data(), narrow.size());
+    return WriteAll(DescriptorOf(stream), narrow.data(), narrow.size());
 }
 
 using InterruptHandler = void (*)(std::uint32_t count);
@@ -75,7 +75,7 @@ void Exit(std::uint32_t exitCode) {
 
 constinit Operation<Handle(std::uint32_t)> GetStdHandle{&StandardStream};
 constinit Operation<std::uint32_t(Handle)> GetConsoleWidth{&TerminalWidth};
-constinit Operation<void(Handle, const char16_t*)> WriteConsoleText{&WriteText};
+constinit Operation<bool(Handle, const char16_t*)> WriteConsoleText{&WriteText};
 constinit Operation<bool(void (*)(std::uint32_t))> SetConsoleCtrlHandler{&HandleInterruptions};
 constinit Operation<bool(const char16_t*, const char16_t*)> IsSameFile{&AreSame};
 constinit Operation<void(std::uint32_t)> ExitProcess{&Exit};

@@ -15,8 +15,8 @@ static_assert(kShareRead == FILE_SHARE_READ && kShareWrite == FILE_SHARE_WRITE &
               kShareDelete == FILE_SHARE_DELETE);
 static_assert(kCreateNew == CREATE_NEW && kCreateAlways == CREATE_ALWAYS && kOpenExisting == OPEN_EXISTING);
 static_assert(kAttributeReadOnly == FILE_ATTRIBUTE_READONLY &&
-              kAttributeDirectory == FILE_ATTRIBUTE_DIRECTORY && kAttributeNormal == FILE_ATTRIBUTE_NORMAL &&
-              kInvalidAttributes == INVALID_FILE_ATTRIBUTES);
+              kAttributeDirectory == FILE_ATTRIBUTE_DIRECTORY && kAttributeDevice == FILE_ATTRIBUTE_DEVICE &&
+              kAttributeNormal == FILE_ATTRIBUTE_NORMAL && kInvalidAttributes == INVALID_FILE_ATTRIBUTES);
 static_assert(kMoveReplaceExisting == MOVEFILE_REPLACE_EXISTING &&
               kMoveWriteThrough == MOVEFILE_WRITE_THROUGH);
 static_assert(kDriveNoRoot == DRIVE_NO_ROOT_DIR);

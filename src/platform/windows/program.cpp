@@ -31,15 +31,16 @@ std::string ToUtf8(const std::u16string& text) {
     return utf8;
 }
 
-void WriteText(Handle stream, const char16_t* text) {
+bool WriteText(Handle stream, const char16_t* text) {
     const std::u16string all(text);
-    DWORD written;
+    DWORD written = 0;
     if (IsConsole(Native(stream))) {
-        ::WriteConsoleW(Native(stream), all.data(), static_cast<DWORD>(all.size()), &written, nullptr);
-        return;
+        const auto units = static_cast<DWORD>(all.size());
+        return ::WriteConsoleW(Native(stream), all.data(), units, &written, nullptr) && written == units;
     }
     const std::string utf8 = ToUtf8(all);
-    ::WriteFile(Native(stream), utf8.data(), static_cast<DWORD>(utf8.size()), &written, nullptr);
+    const auto bytes = static_cast<DWORD>(utf8.size());
+    return ::WriteFile(Native(stream), utf8.data(), bytes, &written, nullptr) && written == bytes;
 }
 
 std::atomic<void (*)(std::uint32_t)> gInterrupted = nullptr;
@@ -77,7 +78,7 @@ constinit Operation<Handle(std::uint32_t)> GetStdHandle{
     [](std::uint32_t which) { return FromNative(::GetStdHandle(which)); }};
 
 constinit Operation<std::uint32_t(Handle)> GetConsoleWidth{&ConsoleWidth};
-constinit Operation<void(Handle, const char16_t*)> WriteConsoleText{&WriteText};
+constinit Operation<bool(Handle, const char16_t*)> WriteConsoleText{&WriteText};
 
 constinit Operation<bool(void (*)(std::uint32_t))> SetConsoleCtrlHandler{[](void (*handler)(std::uint32_t)) {
     const bool first = gInterrupted.exchange(handler) == nullptr;
