@@ -4,8 +4,9 @@
 #include "convert.h"
 
 #include <algorithm>
-#include <iterator>
 
+#include "destination.h"
+#include "encoder_choice.h"
 #include "host.h"
 #include "interruption.h"
 #include "platform/clock.h"
@@ -13,41 +14,12 @@
 #include "platform/process.h"
 #include "platform/program.h"
 #include "progress.h"
-#include "utf8.h"
+#include "terminal.h"
 
 namespace {
 
 constexpr std::uint32_t kPollMs = 5;
 constexpr std::u16string_view kClosingWords = u"Conversion complete";
-
-void Tell(const std::u16string& text) {
-    platform::WriteConsoleText(platform::GetStdHandle(platform::kStdError), (text + u"\n").c_str());
-}
-
-std::u16string LowerExtension(const std::u16string& path) {
-    const std::size_t dot = path.find_last_of(u"./\\");
-    if (dot == std::u16string::npos || path[dot] != u'.') return {};
-    std::u16string extension = path.substr(dot);
-    for (char16_t& unit : extension) {
-        if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit + 32);
-    }
-    return extension;
-}
-
-// The encoder that comes with the library for a file of this extension; empty for none.
-std::u16string EncoderFor(const std::u16string& destination) {
-    constexpr std::pair<std::u16string_view, std::u16string_view> kEncoders[] = {{u".wav", u"Wave"},
-                                                                                 {u".wave", u"Wave"}};
-    const std::u16string extension = LowerExtension(destination);
-    for (const auto& [known, encoder] : kEncoders) {
-        if (extension == known) return std::u16string(encoder);
-    }
-    return {};
-}
-
-bool Exists(const std::u16string& path) {
-    return platform::GetFileAttributesW(path.c_str()) != platform::kInvalidAttributes;
-}
 
 std::uint64_t FileSize(const std::u16string& path) {
     platform::FindData data;
@@ -68,12 +40,7 @@ std::u16string Objection(const ConvertOptions& options, const std::u16string& en
     if (encoder.empty()) {
         return u"No encoder is known for '" + options.destination + u"'; name one with --encoder.";
     }
-    if (!Exists(options.destination)) return {};
-    if (platform::IsSameFile(options.source.c_str(), options.destination.c_str())) {
-        return u"Source and destination are the same file.";
-    }
-    if (!options.overwrite) return u"'" + options.destination + u"' exists; --overwrite replaces it.";
-    return {};
+    return ObjectionTo(options.source, options.destination, options.overwrite);
 }
 
 void Prepare(const Host& host, const ConvertOptions& options) {
@@ -98,6 +65,9 @@ class Transcript {
             at = end + 2;
         }
     }
+
+    // With what is still on its way.
+    void GatherAll(Host& host) { mErrors += host.TakeAllErrors(); }
 
     const std::u16string& Errors() const { return mErrors; }
     const std::vector<std::u16string>& Notes() const { return mNotes; }
@@ -138,8 +108,7 @@ ExitCode Conclude(const ConvertOptions& options, const Transcript& transcript, b
     if (!options.quiet) {
         for (const std::u16string& note : transcript.Notes()) Tell(note);
     }
-    if (!transcript.Errors().empty())
-        platform::WriteConsoleText(platform::GetStdHandle(platform::kStdError), transcript.Errors().c_str());
+    TellErrors(transcript.Errors());
     if (transcript.Complete() && transcript.Errors().empty()) {
         if (!options.quiet) Tell(u"Converted '" + options.source + u"' to '" + options.destination + u"'");
         return ExitCode::kDone;
@@ -155,30 +124,23 @@ ExitCode Conclude(const ConvertOptions& options, const Transcript& transcript, b
 }  // namespace
 
 ExitCode RunConvert(const ConvertOptions& options) {
+    Host host;
     const std::u16string encoder =
-        options.encoder.empty() ? EncoderFor(options.destination) : options.encoder;
+        options.encoder.empty() ? EncoderFor(host, options.destination) : options.encoder;
     if (const std::u16string objection = Objection(options, encoder); !objection.empty()) {
         Tell(objection);
         return ExitCode::kRefused;
     }
     platform::EndChildrenWithMe();
     interruption::Watch();
-    Host host;
+    host.TakeAllErrors();  // of modules that were only looked at
     Transcript transcript;
     Prepare(host, options);
     Progress progress(platform::GetStdHandle(platform::kStdError), FileSize(options.source));
     const bool started =
         QACConvertAudio(host.Handle(), AsQvChar(options.source), AsQvChar(options.destination),
                         AsQvChar(encoder), AsQvChar(options.settings)) == 1;
-    bool cancelled = false;
-    if (started) {
-        cancelled = Watch(host, progress, transcript, options.quiet);
-    } else {
-        // The reason is on its way through the message channel.
-        for (int poll = 0; poll < 200 && transcript.Errors().empty(); ++poll) {
-            platform::Sleep(kPollMs);
-            transcript.Gather(host);
-        }
-    }
+    const bool cancelled = started && Watch(host, progress, transcript, options.quiet);
+    if (!started) transcript.GatherAll(host);
     return Conclude(options, transcript, cancelled);
 }
