@@ -3,10 +3,10 @@
 #include <cstring>
 
 #include "converter/module_search.h"
-#include "converter/output_file.h"
 #include "converter/source.h"
 #include "converter/target.h"
 #include "foundation/id_tag_list.h"
+#include "foundation/output_file.h"
 #include "foundation/paths.h"
 #include "foundation/qv_text.h"
 
@@ -74,7 +74,7 @@ ExitCode PassBlocks(const Command& command, Source& source, Target& target, Life
 }
 
 // Makes the complete output under its temporary name.
-ExitCode Produce(const Command& command, const OutputFile& output, Source& source, Lifeline& lifeline,
+ExitCode Produce(const Command& command, const XOutputFile& output, Source& source, Lifeline& lifeline,
                  Reporter& reporter) {
     Target target(reporter);
     if (!target.FindEncoder(command.encoder)) {
@@ -107,7 +107,7 @@ ExitCode Convert(const Command& command, Lifeline& lifeline, Reporter& reporter)
     clIDTagList tags;
     CollectTags(command, source, tags);
 
-    OutputFile output(command.destination);
+    XOutputFile output(command.destination);
     if (!output.Create())
         return Refuse(reporter, ExitCode::kOutputFailed, u"Can't write beside", command.destination);
     const ExitCode produced = Produce(command, output, source, lifeline, reporter);

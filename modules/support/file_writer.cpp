@@ -43,6 +43,10 @@ bool clFileWriter::Rewrite(std::uint64_t position, const void* data, std::uint32
     return SeekTo(position) && Write(data, count) && SeekTo(mSize);
 }
 
+bool clFileWriter::Flush() {
+    return mError == 0 && IsOpen() && Check(platform::FlushFileBuffers(mHandle));
+}
+
 bool clFileWriter::Close() {
     if (!IsOpen()) return false;
     const bool closed = platform::CloseHandle(mHandle);

@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "foundation/joined.h"
-#include "modules/wave/info_tags.h"
+#include "modules/tags/tag_file.h"
 #include "modules/wave/property_rows.h"
 
 namespace {
@@ -46,10 +46,7 @@ bool clWaveDecoder::ReadInformation(const char16_t* path, clAudioInformation& in
 
 bool clWaveDecoder::ReadTags(const char16_t* path, clIDTagList& tags) {
     clWaveFile file;
-    if (!file.Open(path, mLog)) return false;
-    if (ReadInfoTags(file.Reader(), tags)) return true;
-    mLog.Error(path, u"its tags can't be read");
-    return false;
+    return file.Open(path, mLog) && ReadFileTags(TagContainer::wave, path, tags, mLog);
 }
 
 bool clWaveDecoder::ReadPropertyRows(const char16_t* path, clIDTagList& rows) {
@@ -59,16 +56,12 @@ bool clWaveDecoder::ReadPropertyRows(const char16_t* path, clIDTagList& rows) {
     return true;
 }
 
-bool clWaveDecoder::RefuseTags(const char16_t* file) const {
-    mLog.Error(file, u"this module does not write tags yet");
-    return false;
+bool clWaveDecoder::WriteTags(const char16_t* path, const clIDTagList& tags) {
+    return WriteFileTags(TagContainer::wave, path, tags, mLog);
 }
 
-bool clWaveDecoder::WriteTags(const char16_t* file, const clIDTagList&) {
-    return RefuseTags(file);
-}
-bool clWaveDecoder::DeleteTags(const char16_t* file, const char16_t*) {
-    return RefuseTags(file);
+bool clWaveDecoder::DeleteTags(const char16_t* path, const char16_t* name) {
+    return DeleteFileTags(TagContainer::wave, path, name, mLog);
 }
 
 bool clWaveDecoder::OpenForDecoding(const char16_t* path, clAudioInformation& information) {

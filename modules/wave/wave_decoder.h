@@ -29,7 +29,6 @@ class clWaveDecoder : public clModuleDecoder {
     void SetPosition(std::int64_t frame) override;
 
   private:
-    bool RefuseTags(const char16_t* file) const;
     void ReadNext(clDecodedBlock& block);
     void Cut(const char16_t* trouble);
     void Finish();

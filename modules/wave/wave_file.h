@@ -5,7 +5,7 @@
 
 #include "modules/support/file_reader.h"
 #include "modules/support/module_log.h"
-#include "modules/wave/chunk_walk.h"
+#include "modules/support/chunk_walk.h"
 #include "modules/wave/wave_format.h"
 
 class clWaveFile {

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "modules/wave/chunk_walk.h"
+#include "modules/support/chunk_walk.h"
 #include "modules/wave/wave_decoder.h"
 #include "platform/file.h"
 #include "support/faults.h"

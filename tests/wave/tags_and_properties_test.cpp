@@ -53,10 +53,10 @@ std::string Info(const std::string& fields) {
 
 TEST_F(WaveRows, Every_known_field_has_its_name) {
     const std::pair<const char*, const char16_t*> fields[] = {
-        {"INAM", u"Title"},     {"IART", u"Artist"},      {"IPRD", u"Album"},   {"ICRD", u"Date"},
-        {"IGNR", u"Genre"},     {"ITRK", u"TrackNumber"}, {"ICMT", u"Comment"}, {"IMUS", u"Composer"},
-        {"ICOP", u"Copyright"}, {"IENG", u"Engineer"},    {"ISBJ", u"Subject"}, {"IKEY", u"Keywords"},
-        {"ILNG", u"Language"},  {"ISFT", u"EncodedBy"}};
+        {"IPRD", u"ALBUM"},     {"IART", u"ARTIST"},     {"ICMT", u"COMMENT"},   {"IMUS", u"COMPOSER"},
+        {"ICOP", u"COPYRIGHT"}, {"ICRD", u"DATE"},       {"ISFT", u"ENCODEDBY"}, {"IENG", u"ENGINEER"},
+        {"IGNR", u"GENRE"},     {"IKEY", u"KEYWORDS"},   {"ILNG", u"LANGUAGE"},  {"ISBJ", u"SUBJECT"},
+        {"INAM", u"TITLE"},     {"ITRK", u"TRACKNUMBER"}};
     std::string list;
     Rows expected;
     for (const auto& [id, name] : fields) {
@@ -65,7 +65,7 @@ TEST_F(WaveRows, Every_known_field_has_its_name) {
     }
     EXPECT_EQ(Tags(Riff(kAudio + Info(list))), expected);
     EXPECT_EQ(Tags(Riff(Info(list) + kAudio)), expected);
-    EXPECT_EQ(Tags(Riff(kAudio + Info(Chunk("IPRT", "7")))), (Rows{{u"TrackNumber", u"7"}}));
+    EXPECT_EQ(Tags(Riff(kAudio + Info(Chunk("IPRT", "7")))), (Rows{{u"TRACKNUMBER", u"7"}}));
 }
 
 TEST_F(WaveRows, Text_is_UTF8_or_else_Windows_1252_and_trimmed) {
@@ -84,14 +84,14 @@ TEST_F(WaveRows, Text_is_UTF8_or_else_Windows_1252_and_trimmed) {
         {"\xFF", u"\u00FF"},
     };
     for (const auto& [bytes, text] : rows)
-        EXPECT_EQ(Tags(Riff(kAudio + Info(Chunk("INAM", bytes)))), (Rows{{u"Title", text}})) << bytes;
+        EXPECT_EQ(Tags(Riff(kAudio + Info(Chunk("INAM", bytes)))), (Rows{{u"TITLE", text}})) << bytes;
 }
 
 TEST_F(WaveRows, Of_two_fields_with_one_meaning_the_first_that_says_anything_counts) {
     const std::string first =
         Info(Chunk("INAM", "") + Chunk("INAM", " ") + Chunk("INAM", "one") + Chunk("ITRK", "1"));
     const std::string second = Info(Chunk("INAM", "two") + Chunk("IPRT", "2") + Chunk("XXXX", "?"));
-    EXPECT_EQ(Tags(Riff(first + kAudio + second)), (Rows{{u"Title", u"one"}, {u"TrackNumber", u"1"}}));
+    EXPECT_EQ(Tags(Riff(first + kAudio + second)), (Rows{{u"TITLE", u"one"}, {u"TRACKNUMBER", u"1"}}));
 }
 
 TEST_F(WaveRows, A_file_without_tags_hands_out_no_block) {
@@ -110,10 +110,10 @@ TEST_F(WaveRows, A_list_that_is_cut_yields_what_stands_before_the_cut) {
         const Rows rows = Tags(whole.substr(0, cut));
         EXPECT_LE(rows.size(), 2u);
         const bool hasTitle = cut >= whole.size() - 14;
-        EXPECT_TRUE(!hasTitle || rows.at(0) == Rows::value_type(u"Title", u"Title")) << cut;
+        EXPECT_TRUE(!hasTitle || rows.at(0) == Rows::value_type(u"TITLE", u"Title")) << cut;
     }
     EXPECT_EQ(Tags(Riff(kAudio + Info(Claiming("INAM", 0xFFFFFFFF, "to the end")))),
-              (Rows{{u"Title", u"to the end"}}));
+              (Rows{{u"TITLE", u"to the end"}}));
 }
 
 TEST_F(WaveRows, A_list_of_any_size_stays_below_what_the_library_takes) {
@@ -124,22 +124,28 @@ TEST_F(WaveRows, A_list_of_any_size_stays_below_what_the_library_takes) {
     EXPECT_EQ(rows[0].second, std::u16string(400000 - 12, u'x'));
 }
 
-TEST_F(WaveRows, Tags_are_not_written_yet_and_the_module_says_so) {
-    const std::string bytes = Riff(kAudio + Info(Chunk("INAM", "Title")));
+TEST_F(WaveRows, Tags_are_written_and_removed_through_the_module) {
+    const std::string bytes = Riff(kAudio + Info(Chunk("INAM", "Old") + Chunk("XXXX", "kept")));
     const std::u16string path = mFolder.Write(u"a.wav", bytes);
-    ASSERT_TRUE(mModules.Decoder().Create(mModules.Log().Log()));
+    clIDTagList list;
+    clByteStore flat;
+    list.Add(u"title", u"New");
+    list.Add(u"TrackNumber", u"3/12");
+    ASSERT_TRUE(list.Serialise(flat));
     clCodecQueryRec query{};
-    const std::uint8_t none[4] = {};
     query.text = ToQvText(path.c_str());
-    query.data = none;
-    query.dataSize = sizeof none;
-    EXPECT_FALSE(mModules.Decoder().Set(u"IDTags", &query));
-    EXPECT_EQ(mModules.Log().TakeErrors(), path + u": this module does not write tags yet\r\n");
-    for (const char16_t* name : {static_cast<const char16_t*>(nullptr), u"", u"Title"}) {
-        EXPECT_FALSE(mModules.Decoder().DeleteATag(path.c_str(), name));
-        EXPECT_EQ(mModules.Log().TakeErrors(), path + u": this module does not write tags yet\r\n");
-    }
-    EXPECT_EQ(mFolder.Read(u"a.wav"), bytes);
+    query.data = flat.Data();
+    query.dataSize = flat.Size();
+    ASSERT_TRUE(mModules.Decoder().Create(mModules.Log().Log()));
+    EXPECT_TRUE(mModules.Decoder().Set(u"IDTags", &query));
+    EXPECT_EQ(Tags(mFolder.Read(u"a.wav")),
+              (Rows{{u"TITLE", u"New"}, {u"TRACKNUMBER", u"3"}, {u"TRACKTOTAL", u"12"}}));
+    EXPECT_NE(mFolder.Read(u"a.wav").find("kept"), std::string::npos);
+    EXPECT_TRUE(mModules.Decoder().DeleteATag(path.c_str(), u"Title"));
+    EXPECT_EQ(Tags(mFolder.Read(u"a.wav")), (Rows{{u"TRACKNUMBER", u"3"}, {u"TRACKTOTAL", u"12"}}));
+    EXPECT_TRUE(mModules.Decoder().DeleteATag(path.c_str(), nullptr));
+    EXPECT_TRUE(mFolder.Read(u"a.wav") == Riff(kAudio));
+    EXPECT_EQ(mModules.Log().TakeErrors(), u"");
 }
 
 TEST_F(WaveRows, Properties_are_rows_for_display) {

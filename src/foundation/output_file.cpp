@@ -1,4 +1,4 @@
-#include "converter/output_file.h"
+#include "foundation/output_file.h"
 
 #include "foundation/find_file.h"
 #include "foundation/paths.h"
@@ -50,14 +50,14 @@ XString LongForm(const std::u16string& path) {
 
 }  // namespace
 
-OutputFile::OutputFile(std::u16string destination) : mDestination(std::move(destination)) {}
+XOutputFile::XOutputFile(std::u16string destination) : mDestination(std::move(destination)) {}
 
-OutputFile::~OutputFile() {
+XOutputFile::~XOutputFile() {
     if (!mTemporary.empty()) paths::DeleteFile(XString(mTemporary.c_str()));
     platform::CloseHandle(mMark);
 }
 
-bool OutputFile::Create() {
+bool XOutputFile::Create() {
     RemoveAbandoned();
     const XString folder = FolderOf(mDestination);
     XString extension = paths::GetExtension(XString(mDestination.c_str()));
@@ -84,7 +84,7 @@ bool OutputFile::Create() {
     return false;
 }
 
-bool OutputFile::Commit() {
+bool XOutputFile::Commit() {
     if (!platform::MoveFileExW(LongForm(mTemporary).Text(), LongForm(mDestination).Text(),
                                platform::kMoveReplaceExisting)) {
         return false;
@@ -93,7 +93,7 @@ bool OutputFile::Commit() {
     return true;
 }
 
-void OutputFile::RemoveAbandoned() const {
+void XOutputFile::RemoveAbandoned() const {
     XString pattern(kPrefix);
     pattern += u"*";
     XFindFile files(pattern, FolderOf(mDestination));

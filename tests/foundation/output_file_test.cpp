@@ -1,5 +1,5 @@
 // The destination appears complete or not at all.
-#include "converter/output_file.h"
+#include "foundation/output_file.h"
 
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ std::vector<std::u16string> NamesIn(const TempFolder& folder) {
 }
 
 // What an encoder does with a temporary name.
-void Encode(const OutputFile& output, const std::string& text) {
+void Encode(const XOutputFile& output, const std::string& text) {
     XFile file{XString(output.TemporaryName().c_str())};
     ASSERT_TRUE(file.Create());
     ASSERT_TRUE(file.Write(text.data(), static_cast<std::uint32_t>(text.size())));
@@ -39,7 +39,7 @@ struct OutputFileTest : testing::Test {
 };
 
 TEST_F(OutputFileTest, Commit_gives_the_temporary_the_destinations_name) {
-    OutputFile output(destination);
+    XOutputFile output(destination);
     ASSERT_TRUE(output.Create());
     Encode(output, "new");
     EXPECT_FALSE(folder.Has(u"song.wav"));
@@ -51,7 +51,7 @@ TEST_F(OutputFileTest, Commit_gives_the_temporary_the_destinations_name) {
 TEST_F(OutputFileTest, Without_commit_the_old_file_stays_and_nothing_else) {
     folder.Write(u"song.wav", "old");
     {
-        OutputFile output(destination);
+        XOutputFile output(destination);
         ASSERT_TRUE(output.Create());
         Encode(output, "new");
     }
@@ -61,7 +61,7 @@ TEST_F(OutputFileTest, Without_commit_the_old_file_stays_and_nothing_else) {
 
 TEST_F(OutputFileTest, Commit_replaces_an_existing_file) {
     folder.Write(u"song.wav", "old");
-    OutputFile output(destination);
+    XOutputFile output(destination);
     ASSERT_TRUE(output.Create());
     Encode(output, "new");
     ASSERT_TRUE(output.Commit());
@@ -73,7 +73,7 @@ TEST_F(OutputFileTest, A_refused_rename_leaves_the_old_file_and_no_temporary) {
     {
         Faulty<platform::MoveFileExW> moves;
         moves.FailAlways(false, platform::kErrorAccessDenied);
-        OutputFile output(destination);
+        XOutputFile output(destination);
         ASSERT_TRUE(output.Create());
         EXPECT_FALSE(output.Commit());
     }
@@ -82,14 +82,14 @@ TEST_F(OutputFileTest, A_refused_rename_leaves_the_old_file_and_no_temporary) {
 }
 
 TEST_F(OutputFileTest, A_folder_that_is_not_there_is_refused) {
-    OutputFile output(folder / u"nowhere/x.wav");
+    XOutputFile output(folder / u"nowhere/x.wav");
     EXPECT_FALSE(output.Create());
 }
 
 TEST_F(OutputFileTest, A_taken_name_is_tried_again_under_another) {
     Faulty<platform::CreateFileW> files;
     files.FailCall(1, platform::kInvalidHandle, platform::kErrorFileExists);
-    OutputFile output(destination);
+    XOutputFile output(destination);
     EXPECT_TRUE(output.Create());
     EXPECT_EQ(files.Calls(), 2);
 }
@@ -103,7 +103,7 @@ TEST_F(OutputFileTest, Abandoned_temporaries_are_swept_and_others_left) {
     for (const char16_t* name : foreign) folder.Write(name);
     const platform::Handle mark = platform::CreateEventW(u"qvpart-FEDCBA9876543210");
     {
-        OutputFile output(destination);
+        XOutputFile output(destination);
         ASSERT_TRUE(output.Create());
     }
     platform::CloseHandle(mark);
@@ -113,7 +113,7 @@ TEST_F(OutputFileTest, Abandoned_temporaries_are_swept_and_others_left) {
 }
 
 TEST_F(OutputFileTest, Two_at_work_on_one_destination_keep_apart) {
-    OutputFile first(destination), second(destination);
+    XOutputFile first(destination), second(destination);
     ASSERT_TRUE(first.Create());
     ASSERT_TRUE(second.Create());
     Encode(first, "first");

@@ -1,4 +1,4 @@
-#include "modules/wave/chunk_walk.h"
+#include "modules/support/chunk_walk.h"
 
 #include <algorithm>
 
