@@ -151,7 +151,7 @@ bool clMp3Stream::CheckSumIsWrong(std::uint64_t position, bool isMpeg1, bool isM
     for (std::uint32_t i = 2; i < 6 + sideBytes; ++i) {
         if (i == 4) i = 6;
         for (int bit = 7; bit >= 0; --bit) {
-            const bool feed = ((sum >> 15) ^ (frame[i] >> bit)) & 1;
+            const bool feed = ((sum >> 15 ^ std::uint32_t{frame[i]} >> bit) & 1) != 0;
             sum = (sum << 1 & 0xFFFF) ^ (feed ? 0x8005u : 0u);
         }
     }
@@ -182,7 +182,7 @@ void clMp3Stream::LookBehindLastFrame() {
 }
 
 bool clMp3Stream::Seek(std::uint64_t frame) {
-    mNextFrame = 0;
+    mNextFrame = mLastFrameEnd = 0;
     if (mpg123_seek(mDecoder, static_cast<off_t>(frame), SEEK_SET) >= 0) return true;
     Damage(Joined({u"can't go to frame ", NumberText(frame).Text()}).Text());
     return false;
