@@ -75,11 +75,11 @@ typedef struct clOpenFileRec {
     uint32_t propertyDataSize;   /* out */
 } clOpenFileRec;
 
-/* One block of audio: out of a decoder, into an encoder. */
+/* One block of audio: out of a decoder, into an encoder, into and out of an effect. */
 typedef struct clBlockRec {
     const uint8_t* data; /* PCM, or the coded data of the open file's format; whole frames */
     uint32_t bytes;      /* length of data */
-    uint8_t format[68];  /* encoder, in: the first 40 bytes are the format of data. Decoder: leave alone */
+    uint8_t format[68];  /* encoder and effect, in: the first 40 bytes are the format of data. Out: leave alone */
     uint64_t timecode;   /* decoder, out: a number of the module's own, kept with the block */
     uint32_t finished;   /* above 0 with the last block, which may be empty */
 } clBlockRec;
@@ -90,13 +90,15 @@ typedef struct clEffectSessionRec {
     uint8_t
         format[40]; /* in: the format of the blocks to come. Out: that of the blocks the effect will give */
     uint64_t lengthMs; /* in: length of the audio in milliseconds, 0 when not known. Out: after the effect */
-    uint32_t wants;    /* in: 0. Out: QV_EFFECT_WANTS_ALL_FIRST or 0 */
+    uint32_t wants;    /* in: QV_EFFECT_HAD_ALL_FIRST or 0. Out: QV_EFFECT_WANTS_ALL_FIRST or 0 */
     uint8_t reserved[36]; /* 0 */
 } clEffectSessionRec;
 
-/* What clEffectSessionRec.wants can ask for. */
+/* What clEffectSessionRec.wants can say. */
 enum {
-    QV_EFFECT_WANTS_ALL_FIRST = 1 /* the whole audio through DSP_PassNonLive before the first live block */
+    QV_EFFECT_WANTS_ALL_FIRST = 1, /* the whole audio through DSP_PassNonLive before the first live block */
+    QV_EFFECT_HAD_ALL_FIRST = 2    /* the instance has had that in a run before, of this very audio: it works
+                                      with what it learnt then, and gets it no second time */
 };
 
 /* One encoding, from begin to end. */
@@ -239,6 +241,10 @@ typedef int32_t(QV_CALL* QvEncoderEncodeBlock)(QvInstance instance, const clBloc
  *     DSP_AfterConversion                           once the output file is complete
  *     DSP_Destroy
  *
+ * The work in front of an effect that wants all of it first is done once more for that: the effects before it have a
+ * run of their own, from DSP_BeginConversion to DSP_EndConversion, on the same instance and with the same audio, for
+ * every such effect, and the real one last.
+ *
  * After a failure DSP_EndConversion is still called once when DSP_BeginConversion had succeeded; DSP_AfterConversion
  * is called only for a conversion that is good so far.
  */
@@ -256,12 +262,15 @@ typedef const QvChar*(QV_CALL* QvEffectRemoveConfigBit)(QvInstance instance, uin
 typedef int32_t(QV_CALL* QvEffectBeginConversion)(QvInstance instance, clEffectSessionRec* session);
 /* Ends the run and frees what it held; 0 when its audio was not good. */
 typedef int32_t(QV_CALL* QvEffectEndConversion)(QvInstance instance, clEffectSessionRec* session);
-/* Takes `in`, whole frames in the format of the session, and fills `out` with data, bytes and finished: audio in the
- * format that the effect answered with, owned by the module, standing until its next call. An effect may hold audio back and
- * give an empty block; with the block that is `finished` it gives all the rest, its tail included, and sets
- * out->finished. 0 when it can't go on: it has reported why, and the conversion fails. */
+/* Takes `in`, whole frames in the format of the session, and fills `out`, which comes cleared, with data, bytes and
+ * finished: audio in the format that the effect answered with, owned by the module, standing until its next call. An
+ * effect may hold audio back and give an empty block. With the block that is `finished` it gives the rest, its tail
+ * included, and sets out->finished; what does not go into one block it leaves for further calls, which come with an
+ * empty block that is `finished`, until it sets out->finished. 0 when it can't go on: it has reported why, and the
+ * conversion fails. */
 typedef int32_t(QV_CALL* QvEffectPassAudioBlock)(QvInstance instance, const clBlockRec* in, clBlockRec* out);
-/* The same audio as will come live, to be looked at; nothing comes out. 0 when the effect can't go on. */
+/* The same audio as will come live, the last block with `finished` set, to be looked at; nothing comes out. 0 when the
+ * effect can't go on. */
 typedef int32_t(QV_CALL* QvEffectPassNonLive)(QvInstance instance, const clBlockRec* in);
 /* `file` is the complete output with its tags, still under a temporary name: the last chance to change it. 0 makes the
  * conversion fail. */

@@ -10,8 +10,7 @@
 #include <span>
 #include <vector>
 
-#include "foundation/wide_string.h"
-#include "quavermill/types.h"
+#include "modules/support/sample_format.h"
 
 class clSampleInput {
   public:
@@ -21,12 +20,12 @@ class clSampleInput {
     // format is one of these, otherwise why not. What waited from another encoding is forgotten.
     XString Take(const QvFormatExtensible& format, std::uint32_t mostChannels);
 
-    std::uint32_t Rate() const { return mRate; }
-    std::uint32_t Channels() const { return mChannels; }
-    std::uint32_t ChannelMask() const { return mMask; }  // 0 for none given
-    bool IsFloat() const { return mIsFloat; }
-    std::uint32_t Bits() const { return mBits; }            // of the container
-    std::uint32_t ValidBits() const { return mValidBits; }  // of it used, from the top
+    std::uint32_t Rate() const { return mFormat.rate; }
+    std::uint32_t Channels() const { return mFormat.channels; }
+    std::uint32_t ChannelMask() const { return mFormat.mask; }  // 0 for none given
+    bool IsFloat() const { return mFormat.isFloat; }
+    std::uint32_t Bits() const { return mFormat.bits; }            // of the container
+    std::uint32_t ValidBits() const { return mFormat.validBits; }  // of it used, from the top
 
     // Hands each piece to `take`, channels interleaved, and is false as soon as that is. Integers are signed
     // and have `bits` bits, the highest ones of a longer sample; float samples are rounded to them, halves
@@ -44,14 +43,8 @@ class clSampleInput {
     template <class Piece>
     bool EachPiece(const std::uint8_t* data, std::uint32_t bytes, Piece piece);
     std::int32_t IntegerAt(const std::uint8_t* sample, std::uint32_t bits) const;
-    double FloatAt(const std::uint8_t* sample) const;
 
-    std::uint32_t mRate = 0;
-    std::uint32_t mChannels = 0;
-    std::uint32_t mMask = 0;
-    std::uint32_t mBits = 0;
-    std::uint32_t mValidBits = 0;
-    bool mIsFloat = false;
+    clSampleFormat mFormat;
     std::vector<std::uint8_t> mRest;  // the beginning of a frame
     std::vector<std::int32_t> mIntegers;
     std::vector<float> mFloats;

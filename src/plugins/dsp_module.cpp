@@ -4,7 +4,19 @@
 
 namespace {
 
-enum Slot { kCreate, kDestroy, kGet, kSet, kShowConfigBit, kRemoveConfigBit };
+enum Slot {
+    kCreate,
+    kDestroy,
+    kGet,
+    kSet,
+    kShowConfigBit,
+    kRemoveConfigBit,
+    kBeginConversion,
+    kEndConversion,
+    kPassAudioBlock,
+    kPassNonLive,
+    kAfterConversion
+};
 
 }  // namespace
 
@@ -37,4 +49,32 @@ void clQvDSP::ShowConfigBit(std::uint64_t parent, std::int32_t x, std::int32_t y
 
 const char16_t* clQvDSP::RemoveConfigBit(std::uint64_t parent) const {
     return FromQvText(mEntries.Call<QvEffectRemoveConfigBit>(kRemoveConfigBit, parent));
+}
+
+bool clQvDSP::Get(const char16_t* key, clCodecQueryRec* query) const {
+    return mEntries.Call<QvEffectGet>(kGet, ToQvText(key), query) != 0;
+}
+
+bool clQvDSP::Set(const char16_t* key, const clCodecQueryRec* query) const {
+    return mEntries.Call<QvEffectSet>(kSet, ToQvText(key), query) != 0;
+}
+
+bool clQvDSP::BeginConversion(clEffectSessionRec* session) const {
+    return mEntries.Call<QvEffectBeginConversion>(kBeginConversion, session) != 0;
+}
+
+bool clQvDSP::EndConversion(clEffectSessionRec* session) const {
+    return mEntries.Call<QvEffectEndConversion>(kEndConversion, session) != 0;
+}
+
+bool clQvDSP::PassAudioBlock(const clBlockRec* in, clBlockRec* out) const {
+    return mEntries.Call<QvEffectPassAudioBlock>(kPassAudioBlock, in, out) != 0;
+}
+
+bool clQvDSP::PassNonLive(const clBlockRec* in) const {
+    return mEntries.Call<QvEffectPassNonLive>(kPassNonLive, in) != 0;
+}
+
+bool clQvDSP::AfterConversion(const char16_t* file) const {
+    return mEntries.Call<QvEffectAfterConversion>(kAfterConversion, ToQvText(file)) != 0;
 }

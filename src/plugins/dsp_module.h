@@ -1,7 +1,8 @@
 // clQvDSP: a loaded effect module and its instance.
 //
-// The library only shows an effect's settings; the audio runs through it in the converter program. All calls
-// are guarded: without a live instance they do nothing and give null.
+// What each entry does and in which order they may be called stands in quavermill/module.h. The library only
+// shows an effect's settings; the audio runs through it in the converter program. All calls are guarded:
+// without a live instance they do nothing and give false or null.
 #pragma once
 
 #include "plugins/dll.h"
@@ -23,6 +24,13 @@ class clQvDSP : public XDLL {
 
     void ShowConfigBit(std::uint64_t parent, std::int32_t x, std::int32_t y, const char16_t* settings) const;
     const char16_t* RemoveConfigBit(std::uint64_t parent) const;  // the module's own text: copy it at once
+    bool Get(const char16_t* key, clCodecQueryRec* query) const;
+    bool Set(const char16_t* key, const clCodecQueryRec* query) const;
+    bool BeginConversion(clEffectSessionRec* session) const;
+    bool EndConversion(clEffectSessionRec* session) const;
+    bool PassAudioBlock(const clBlockRec* in, clBlockRec* out) const;
+    bool PassNonLive(const clBlockRec* in) const;
+    bool AfterConversion(const char16_t* file) const;
 
   private:
     ModuleEntries<kEntryCount> mEntries;

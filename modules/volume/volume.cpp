@@ -1,0 +1,25 @@
+#include "modules/volume/volume.h"
+
+#include <cmath>
+
+namespace {
+constexpr double kMostDecibels = 100;
+}
+
+XString clVolume::Plan(clSettings& settings, clEffectAudio&) {
+    double gain = 0;
+    settings.Decimal(u"gain", -kMostDecibels, kMostDecibels, &gain);
+    mFactor = std::pow(10, gain / 20);
+    return XString();
+}
+
+bool clVolume::Change(const clEffectBlock& in, clEffectBlock* out) {
+    mBlock.assign(in.audio.begin(), in.audio.end());
+    mFormat.Multiply(mBlock, mFactor);
+    *out = {mBlock, in.finished};
+    return true;
+}
+
+void clVolume::Release() {
+    mBlock = {};
+}
