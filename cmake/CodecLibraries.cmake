@@ -56,7 +56,7 @@ endfunction()
 qv_codec(flac PACKAGES flac HEADER FLAC/stream_decoder.h LIBRARIES FLAC SYSTEM shlwapi DEFINITIONS FLAC__NO_DLL)
 qv_codec(vorbis PACKAGES vorbisenc vorbisfile vorbis ogg HEADER vorbis/vorbisfile.h LIBRARIES vorbisenc vorbisfile vorbis ogg)
 qv_codec(opus PACKAGES opusfile libopusenc opus ogg HEADER opus/opusfile.h LIBRARIES opusfile opusenc opus ogg)
-qv_codec(mpg123 PACKAGES libmpg123 HEADER mpg123.h LIBRARIES mpg123 SYSTEM shlwapi DEFINITIONS LINK_MPG123_DLL=0)
+qv_codec(mpg123 PACKAGES libmpg123 HEADER mpg123.h LIBRARIES mpg123 SYSTEM shlwapi)
 qv_codec(sndfile PACKAGES sndfile HEADER sndfile.h LIBRARIES sndfile)
 qv_codec(tag PACKAGES taglib HEADER taglib/taglib.h LIBRARIES tag DEFINITIONS TAGLIB_STATIC)
 
