@@ -23,7 +23,7 @@ class clFade : public clModuleEffect {
 
     std::uint64_t mInFrames = 0, mOutFrames = 0;
     std::size_t mShape = kLinear;
-    std::uint64_t mPosition = 0;      // of the first frame that is held
-    std::deque<std::uint8_t> mHeld;   // as it came
+    std::uint64_t mPosition = 0;       // of the first frame that is held
+    std::deque<std::uint8_t> mHeld;    // as it came
     std::vector<std::uint8_t> mPiece;  // what goes out
 };
