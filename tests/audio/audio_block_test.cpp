@@ -212,4 +212,54 @@ TEST(AudioBlock, reserveFrames_counts_at_least_a_byte_and_a_channel) {
     }
 }
 
+TEST(AudioBlock, CopyFrom_takes_samples_and_record) {
+    const QvFormatExtensible format = Extensible(3, 2, 48000, 32);
+    clAudioBlock from, to;
+    from.setData(kSamples, 8, &format.Format, true);
+    ASSERT_TRUE(to.CopyFrom(from));
+    EXPECT_EQ(to.data, to.store.Data());
+    EXPECT_EQ(to.bytes, 8u);
+    EXPECT_EQ(std::memcmp(to.data, kSamples, 8), 0);
+    EXPECT_EQ(to.sampleType(), 3u);
+    EXPECT_TRUE(to.CopyFrom(clAudioBlock()));
+    EXPECT_EQ(to.bytes + to.format->nChannels, 0u);
+}
+
+TEST(AudioBlock, CopyFrom_fails_without_memory_for_the_samples_or_for_the_records_tail) {
+    const QvFormatExtensible format = Extensible(3, 2, 48000, 32);
+    clAudioBlock from;
+    from.setData(kSamples, 8, &format.Format, true);
+    for (const int failing : {1, 2}) {
+        clAudioBlock to;
+        bool copied = true;
+        {
+            AllocationFaults memory;
+            memory.FailCall(failing);
+            copied = to.CopyFrom(from);
+        }
+        EXPECT_FALSE(copied) << failing;
+        EXPECT_TRUE(to.CopyFrom(from));
+    }
+}
+
+TEST(AudioBlock, Borrow_takes_no_memory_and_gives_both_back) {
+    QvFormatExtensible format = Extensible(1, 2, 48000, 16);
+    clAudioBlock block;
+    int calls = 0;
+    {
+        const AllocationFaults memory;
+        block.Borrow(kSamples, 8, &format.Format);
+        calls = memory.Calls();
+    }
+    EXPECT_EQ(calls, 0);
+    EXPECT_EQ(block.data, kSamples);
+    EXPECT_EQ(block.capacity, 8u);
+    EXPECT_EQ(block.frames(), 2u);
+    EXPECT_EQ(block.format, &format.Format);
+    block.Borrow(nullptr, 8, &format.Format);
+    EXPECT_EQ(block.bytes + block.capacity, 0u) << "there are no bytes at null";
+    EXPECT_TRUE(block.setData(kSamples, 4, &kStereo16, false));
+    EXPECT_EQ(block.format, &block.inlineFormat);
+}
+
 }  // namespace

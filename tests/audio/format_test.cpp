@@ -315,4 +315,30 @@ TEST(Format, formatDump_writes_numbers_without_a_sign) {
               u"  Bytes Per Second: 4294967295  Block Align: 65535  CB Size: 0");
 }
 
+TEST(Format, SetChannels_clears_a_mask_that_named_other_channels) {
+    const QvFormatExtensible source = Extensible(1, 2, 44100, 16);
+    const struct {
+        std::uint16_t channels;
+        std::uint32_t mask, rate;
+        std::uint16_t align;
+    } rows[] = {{2, 3, 176400, 4}, {1, 0, 88200, 2}, {6, 0, 529200, 12}, {0, 0, 0, 0}};
+    for (const auto& row : rows) {
+        clFormatHolder holder(&source.Format);
+        holder.SetChannels(row.channels);
+        EXPECT_EQ(holder.format->nChannels, row.channels);
+        EXPECT_EQ(reinterpret_cast<const QvFormatExtensible*>(holder.format)->dwChannelMask, row.mask);
+        EXPECT_EQ(holder.format->nBlockAlign, row.align);
+        EXPECT_EQ(holder.format->nAvgBytesPerSec, row.rate);
+    }
+}
+
+TEST(Format, SetRate_computes_the_byte_rate) {
+    const QvFormat source = Plain(1, 2, 44100, 16);
+    clFormatHolder holder(&source);
+    holder.SetRate(48000);
+    EXPECT_EQ(holder.format->nSamplesPerSec, 48000u);
+    EXPECT_EQ(holder.format->nAvgBytesPerSec, 192000u);
+    EXPECT_EQ(holder.format->nBlockAlign, 4);
+}
+
 }  // namespace

@@ -187,4 +187,18 @@ TEST(ByteStore, A_size_beyond_32_bits_is_refused_like_missing_memory) {
     ExpectEmpty(store);
 }
 
+TEST(ByteStore, Swap_exchanges_all_there_is) {
+    clByteStore first, second;
+    first.Assign("abcd", 4, 2);
+    first.SetCursor2(1);
+    const std::uint8_t* const data = first.Data();
+    first.Swap(second);
+    ExpectEmpty(first);
+    EXPECT_EQ(second.Data(), data);
+    EXPECT_EQ(second.Size(), 6u);
+    EXPECT_EQ(second.Capacity(), 6u);
+    EXPECT_EQ(second.Cursor(), 4u);
+    EXPECT_EQ(second.Cursor2(), 1u);
+}
+
 }  // namespace
