@@ -1,5 +1,6 @@
 #include "modules/script.h"
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -11,6 +12,7 @@
 namespace {
 
 platform::ModuleHandle gSelf = nullptr;
+std::atomic<int> gAlive = 0;
 
 // A file beside this module, of its name with another extension.
 std::filesystem::path Beside(const char* extension) {
@@ -75,6 +77,18 @@ std::string Script::Text(std::string_view directive, std::size_t field) const {
 std::int64_t Script::Number(std::string_view directive, std::size_t field, std::int64_t otherwise) const {
     const std::string text = Text(directive, field);
     return text.empty() ? otherwise : std::stoll(text);
+}
+
+Instance::Instance(const QvLog* givenLog) : log(*givenLog) {
+    ++gAlive;
+}
+
+Instance::~Instance() {
+    --gAlive;
+}
+
+bool Instance::Wanted() const {
+    return script.Result("create") != 0 && gAlive <= script.Number("instances", 0, gAlive);
 }
 
 void Instance::Called(std::string_view entry, const std::string& details) const {

@@ -6,6 +6,7 @@
 // with the module that knows it. All know:
 //
 //     create|0                 Create fails
+//     instances|N              Create fails while N instances of the module are alive
 //     say|ENTRY|error|TEXT     a message to the error (or info) channel whenever ENTRY is called
 #pragma once
 
@@ -45,7 +46,13 @@ class Script {
 
 // What every instance has: its script, and a copy of the log record as modules must make one.
 struct Instance {
-    explicit Instance(const QvLog* givenLog) : log(*givenLog) {}
+    explicit Instance(const QvLog* givenLog);
+    ~Instance();
+    Instance(const Instance&) = delete;
+    Instance& operator=(const Instance&) = delete;
+
+    // Whether the script wants a module to make this one.
+    bool Wanted() const;
 
     // Writes a call into the journal, and what the script wants said at it into the log.
     void Called(std::string_view entry, const std::string& details = {}) const;
@@ -59,7 +66,7 @@ template <class Kind>
 QvInstance Make(const QvLog* log, std::string_view entry) {
     Kind* made = new Kind(log);
     made->Called(entry);
-    if (made->script.Result("create") != 0) return reinterpret_cast<QvInstance>(made);
+    if (made->Wanted()) return reinterpret_cast<QvInstance>(made);
     delete made;
     return 0;
 }

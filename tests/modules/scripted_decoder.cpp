@@ -3,13 +3,18 @@
 //     decodes|.ext|DESCRIPTION          a row of Get "Decodes", in order; fields that are missing are null
 //     more|N                            N rows behind those, of extension and description .more
 //     open|REQUEST|0                    Open refuses this request
-//     format|TAG|CHANNELS|RATE|BITS     what Open reports; PCM, 2 channels, 44100 Hz, 16 bits otherwise
+//     silent                            Open succeeds and fills nothing
+//     format|TAG|CHANNELS|RATE|BITS|CBSIZE   what Open reports; PCM, 2 channels, 44100 Hz, 16 bits, 0 otherwise
+//     closes                            the journal names the file in the record that Close is given
 //     length|MS    size|BYTES    property|N
 //     tag|NAME|VALUE|BYTES              a row of request 8, with so many bytes of art
 //     row|NAME|VALUE                    a row of request 16
+//     cut|N                             the rows of requests 8 and 16 end so many bytes early
 //     nulls                             every pointer that Open and DecodeBlock report is null, sizes stay
 //     block|RESULT|BYTES|TIMECODE|FINISHED    one answer of DecodeBlock each; behind the last comes an empty
 //     last block set|0    delete|0                 Set, DeleteATag fail
+//
+// What a caller should have cleared and has not shows in the journal, as a "dirty" behind the call.
 //
 // A block's bytes are the low bytes of their own position in the stream, so that whoever gets them can tell
 // where they are from, also behind a SetPosition.
@@ -65,6 +70,7 @@ void Decoder::DescribeFormat(std::uint8_t (&record)[40]) const {
     format.wBitsPerSample = static_cast<std::uint16_t>(script.Number("format", 3, 16));
     format.nBlockAlign = BlockAlign();
     format.nAvgBytesPerSec = format.nBlockAlign * format.nSamplesPerSec;
+    format.cbSize = static_cast<std::uint16_t>(script.Number("format", 4, 0));
     std::memset(record, 0, sizeof record);
     std::memcpy(record, &format, sizeof format);
 }
@@ -80,13 +86,30 @@ void Decoder::DescribeRows(clOpenFileRec& record) {
     clByteStore& flat = record.request == QV_OPEN_TAGS ? tags : properties;
     Flatten(script.Rows(record.request == QV_OPEN_TAGS ? "tag" : "row"), flat);
     const std::uint8_t* reported = script.Has("nulls") ? nullptr : flat.Data();
+    const auto size = static_cast<std::uint32_t>(flat.Size() - script.Number("cut", 0, 0));
     if (record.request == QV_OPEN_TAGS) {
         record.tagData = reported;
-        record.tagDataSize = flat.Size();
+        record.tagDataSize = size;
     } else {
         record.propertyData = reported;
-        record.propertyDataSize = flat.Size();
+        record.propertyDataSize = size;
     }
+}
+
+// " dirty" unless the record holds nothing but what `clean` does.
+template <class Record>
+const char* Dirt(const Record& record, const Record& clean) {
+    return std::memcmp(&record, &clean, sizeof record) == 0 ? "" : " dirty";
+}
+
+// The bytes of a row's art, as far as a journal's line bears them.
+std::string Hex(const clByteStore& art) {
+    std::string text;
+    for (std::uint32_t i = 0; i < art.Size() && i < 16; ++i) {
+        constexpr char kDigits[] = "0123456789ABCDEF";
+        text += {kDigits[art.Data()[i] >> 4], kDigits[art.Data()[i] & 15]};
+    }
+    return text;
 }
 
 std::int64_t FieldOf(const Script::Fields& row, std::size_t field, std::int64_t otherwise) {
@@ -118,7 +141,11 @@ int32_t Get(QvInstance instance, const QvChar* key, clCodecQueryRec* query) {
 }
 
 int32_t Set(QvInstance instance, const QvChar* key, const clCodecQueryRec* query) {
-    const std::string details = script::Narrow(key) + " " + script::Narrow(query->text);
+    clCodecQueryRec clean = {};
+    clean.text = query->text;
+    clean.data = query->data;
+    clean.dataSize = query->dataSize;
+    const std::string details = script::Narrow(key) + " " + script::Narrow(query->text) + Dirt(*query, clean);
     Decoder& decoder = script::Enter<Decoder>(instance, "Set", details);
     clIDTagList list;
     list.Deserialise(query->data, query->dataSize);
@@ -126,16 +153,22 @@ int32_t Set(QvInstance instance, const QvChar* key, const clCodecQueryRec* query
         IDTagRow& row = list.At(i);
         decoder.Called("Set row", std::string(row.name.ToNarrow()) + "|" + row.value.ToNarrow() + "|" +
                                       std::to_string(row.art.Size()));
+        if (row.art.Size() > 0) decoder.Called("Set art", Hex(row.art));
     }
     return decoder.script.Result("set");
 }
 
 int32_t Open(QvInstance instance, clOpenFileRec* record) {
-    const std::string details = std::to_string(record->request) + " " + script::Narrow(record->file);
+    clOpenFileRec clean = {};
+    clean.file = record->file;
+    clean.request = record->request;
+    const std::string details =
+        std::to_string(record->request) + " " + script::Narrow(record->file) + Dirt(*record, clean);
     Decoder& decoder = script::Enter<Decoder>(instance, "Open", details);
     for (const Script::Fields& refusal : decoder.script.Rows("open")) {
         if (FieldOf(refusal, 0, 0) == record->request) return static_cast<int32_t>(FieldOf(refusal, 1, 1));
     }
+    if (decoder.script.Has("silent")) return 1;
     if (record->request == QV_OPEN_DECODING || record->request == QV_OPEN_PROPERTIES) {
         decoder.DescribeFile(*record);
     } else {
@@ -144,8 +177,10 @@ int32_t Open(QvInstance instance, clOpenFileRec* record) {
     return 1;
 }
 
-void Close(QvInstance instance, void*) {
-    script::Enter<Decoder>(instance, "Close");
+void Close(QvInstance instance, void* record) {
+    const bool looks = reinterpret_cast<Decoder*>(instance)->script.Has("closes");
+    script::Enter<Decoder>(instance, "Close",
+                           looks ? script::Narrow(static_cast<clEncoderSessionRec*>(record)->file) : "");
 }
 
 int32_t DecodeBlock(QvInstance instance, clBlockRec* block) {

@@ -69,7 +69,8 @@ TEST_F(DecoderModule, Tags_go_in_and_out_in_their_flat_form) {
     EXPECT_TRUE(mDecoder.DeleteATag(u"song.abc", u"TITLE"));
     EXPECT_TRUE(mDecoder.DeleteATag(u"song.abc", nullptr));
     EXPECT_EQ(mModule.TakeJournal(),
-              "Create\nOpen 8 song.abc\nSet IDTags song.abc\nSet row TITLE|A song|0\nSet row COVER||3\n"
+              "Create\nOpen 8 song.abc\nSet IDTags song.abc\nSet row TITLE|A song|0\nSet row COVER||3\nSet "
+              "art A7A7A7\n"
               "DeleteATag song.abc TITLE\nDeleteATag song.abc (null)\n");
 }
 
