@@ -33,8 +33,9 @@ class Search : public testing::Test {
     std::u16string Remembered() { return Units(mDecoder.RememberedPath()); }
 
     const std::string mExtension = NewExtension();
+    const TempFolder mElsewhere;
     const ModuleHome mHome;
-    clQvDecoder mDecoder;
+    clQvDecoder mDecoder;  // goes before the files of what it holds
 };
 
 TEST_F(Search, A_cold_look_up_scans_the_folder_and_remembers_what_it_found) {
@@ -187,8 +188,7 @@ TEST_F(Search, A_file_without_an_extension_takes_the_same_road) {
 }
 
 TEST_F(Search, A_cached_module_that_works_is_taken_whatever_else_there_is) {
-    const TempFolder elsewhere;
-    const PlacedModule cached(elsewhere, u"abc", "scripted_decoder", "decodes|" + mExtension + "|Cached\n");
+    const PlacedModule cached(mElsewhere, u"abc", "scripted_decoder", "decodes|" + mExtension + "|Cached\n");
     const PlacedModule placed = Place(u"abc");
     SetCached(mExtension, cached.Path());
     EXPECT_TRUE(Load());
@@ -210,10 +210,9 @@ TEST_F(Search, A_cached_module_that_no_longer_serves_makes_room_for_a_search) {
         {"scripted_decoder", "decodes|.another|Another\n"},
     };
     const PlacedModule module = Place(u"abc");
-    const TempFolder elsewhere;
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.module) + ": " + row.script);
-        const PlacedModule stale(elsewhere, u"stale", row.module, row.script);
+        const PlacedModule stale(mElsewhere, u"stale", row.module, row.script);
         SetCached(mExtension, stale.Path());
         EXPECT_TRUE(Load());
         EXPECT_EQ(Remembered(), module.Path());

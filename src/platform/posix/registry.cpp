@@ -2,9 +2,10 @@
 // four bytes and then its data.
 //
 // A value is written under a name of its own, made sure to be on the disk, and renamed: there is never
-// a moment at which a reader or a crash could meet half of it. Names are folded to lower case and
-// spelled so that any text is one file name; a value's begins with '=', which no key's does, so a key
-// and a value may have one name.
+// a moment at which a reader or a crash could meet half of it. That takes the disk's own time, so a
+// value that stands there already is left as it is. Names are folded to lower case and spelled so that
+// any text is one file name; a value's begins with '=', which no key's does, so a key and a value may
+// have one name.
 #include "platform/registry.h"
 
 #include <fcntl.h>
@@ -149,8 +150,10 @@ std::uint32_t Set(Handle handle, const char16_t* name, std::uint32_t type, const
     std::string bytes;
     for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(type >> shift);
     if (size) bytes.append(static_cast<const char*>(data), size);
+    const std::string path = ValuePath(*key, name);
+    if (std::string held; ReadWhole(path, &held) && held == bytes) return kErrorSuccess;
     const std::string temporary = TemporaryName(*key);
-    if (WriteAndSettle(temporary, bytes) && rename(temporary.c_str(), ValuePath(*key, name).c_str()) == 0) {
+    if (WriteAndSettle(temporary, bytes) && rename(temporary.c_str(), path.c_str()) == 0) {
         return kErrorSuccess;
     }
     const std::uint32_t error = ErrorOf(errno);

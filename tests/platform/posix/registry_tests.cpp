@@ -45,10 +45,16 @@ void Store(const char16_t* path, const char16_t* name, const std::string& bytes)
     EXPECT_EQ(RegCloseKey(key), kErrorSuccess);
 }
 
-mode_t ModeOf(const std::string& path) {
+struct stat StateOf(const std::string& path) {
     struct stat state {};
     EXPECT_EQ(stat(path.c_str(), &state), 0) << path;
-    return state.st_mode & 07777;
+    return state;
+}
+mode_t ModeOf(const std::string& path) {
+    return StateOf(path).st_mode & 07777;
+}
+ino_t NumberOf(const std::string& path) {
+    return StateOf(path).st_ino;
 }
 
 }  // namespace
@@ -82,6 +88,18 @@ TEST(PosixRegistry, writing_leaves_no_file_but_the_values) {
         files += entry.is_regular_file();
     }
     EXPECT_EQ(files, 1);
+}
+
+TEST(PosixRegistry, a_value_that_stands_there_already_is_not_written_again) {
+    const TempFolder folder;
+    const Variable variable("XDG_CONFIG_HOME", Narrow(folder).c_str());
+    const std::string file = Narrow(folder) + "/quavermill/key/=name";
+    Store(u"key", u"name", "data");
+    const ino_t first = NumberOf(file);
+    Store(u"key", u"name", "data");
+    EXPECT_EQ(NumberOf(file), first);
+    Store(u"key", u"name", "date");
+    EXPECT_NE(NumberOf(file), first) << "a written value is another file, made beside the one before";
 }
 
 TEST(PosixRegistry, a_value_that_can_not_be_put_in_place_leaves_nothing) {
