@@ -43,6 +43,26 @@ static int Modules(QvConverter* converter) {
     return 0;
 }
 
+/* A path without a text is no file, whatever modules there are. */
+static int Files(QvConverter* converter) {
+    static const QvChar kNoFile[] = {0};
+    QvFormat format;
+    QvChar name[8] = {'#', 0}, value[8] = {'#', 0};
+    uint8_t art[4];
+    uint64_t lengthMs = 7, fileSize = 7, artSize = sizeof art;
+    const uint32_t written = sizeof kText;
+    int64_t property = -7;
+    HOLDS(QACReadAudioProperties(converter, kNoFile, &format, &lengthMs, &fileSize, &property) == QV_FAILED);
+    HOLDS(lengthMs == 7 && fileSize == 7 && property == -7);
+    HOLDS(QACReadAudioPropStrings(converter, kNoFile, 0, name, value) == QV_FAILED);
+    HOLDS(QACReadIDTag(converter, kNoFile, 0, name, value, art, &artSize) == QV_FAILED);
+    HOLDS(artSize == 0 && name[0] == '#' && value[0] == '#');
+    HOLDS(QACWriteIDTag(converter, kNoFile, kName, kText, (const uint8_t*)kText, &written) == QV_FAILED);
+    HOLDS(QACDeleteIDTag(converter, kNoFile, kName) == QV_FAILED);
+    HOLDS(QACReadIDTag(NULL, kNoFile, 0, name, value, art, &artSize) == QV_NOTHING);
+    return 0;
+}
+
 static int Conversion(QvConverter* converter) {
     uint32_t percent = 77;
     HOLDS(QACSetCPU(converter, 0) == QV_DONE);
@@ -70,6 +90,7 @@ int HostInC(void) {
     if (line == 0) line = Modules(converter);
     if (line == 0) line = Conversion(converter);
     if (line == 0) line = Messages(converter);
+    if (line == 0) line = Files(converter);
     HOLDS(QACDestroy(converter) == QV_DONE);
     return line;
 }
