@@ -187,8 +187,11 @@ void clFlacStream::Advance() {
 void clFlacStream::Step() {
     FLAC__StreamDecoder* decoder = mDecoder.get();
     const std::uint64_t begin = mNext;
+    FLAC__uint64 place = 0;
     mWrites = 0;
-    const bool good = FLAC__stream_decoder_process_single(decoder);
+    FLAC__stream_decoder_get_decode_position(decoder, &place);
+    bool good = FLAC__stream_decoder_process_single(decoder);
+    if (mWrites > 1 && !mRaised) good = DecodeAgain(place, begin);
     Raise();
     ReportTrouble(begin);
     const bool atEnd = FLAC__stream_decoder_get_state(decoder) == FLAC__STREAM_DECODER_END_OF_STREAM;
@@ -200,6 +203,17 @@ void clFlacStream::Step() {
         Damage(u"ends within a frame");
     else
         Damage(Joined({u"can't be decoded from frame ", NumberText(mNext).Text(), u" on"}).Text());
+}
+
+// The library fills gaps on its own, and then spoils the frame behind (1.4.2). Once it has forgotten the frame
+// before, it leaves a gap alone.
+bool clFlacStream::DecodeAgain(std::uint64_t place, std::uint64_t begin) {
+    mAudioBytes = 0;
+    mNext = begin;
+    mLostFrames = true;
+    mIsWhole = false;
+    return mCursor.Seek(static_cast<std::int64_t>(place), SEEK_SET) &&
+           FLAC__stream_decoder_flush(mDecoder.get()) && FLAC__stream_decoder_process_single(mDecoder.get());
 }
 
 void clFlacStream::Raise() {
@@ -220,9 +234,8 @@ void clFlacStream::ReportTrouble(std::uint64_t frame) {
     if (mChangedFormat) Damage(u"changes its format on the way, that part is left out");
 }
 
-// A second write within a step is behind silence that the library has put in for frames that are gone.
 void clFlacStream::TakeFrame(const FLAC__FrameHeader& header, const FLAC__int32* const rows[]) {
-    if (++mWrites > 1) mLostFrames = true;
+    ++mWrites;
     if (header.channels != mFacts.channels || header.sample_rate != mFacts.rate ||
         header.bits_per_sample != mFacts.validBits) {
         mChangedFormat = true;

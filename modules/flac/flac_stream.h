@@ -45,6 +45,7 @@ class clFlacStream : public clAudioStream {
     void FindLength();
     void Advance();
     void Step();
+    bool DecodeAgain(std::uint64_t place, std::uint64_t begin);
     void Raise();
     void ReportTrouble(std::uint64_t frame);
     void AppendSilence(std::uint64_t end);
