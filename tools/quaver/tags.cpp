@@ -50,7 +50,8 @@ std::u16string Indented(const std::u16string& value) {
 }
 
 std::u16string Plain(const TextRow& row) {
-    std::u16string text = u"  " + row.name + u"=" + Indented(row.value);
+    std::u16string text = u"  " + row.name;
+    if (row.art.empty() || !row.value.empty()) text += u"=" + Indented(row.value);
     if (!row.art.empty()) text += u" (" + ImageType(row.art) + u", " + Decimal(row.art.size()) + u" bytes)";
     return text + u"\n";
 }
