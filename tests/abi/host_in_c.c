@@ -63,6 +63,26 @@ static int Files(QvConverter* converter) {
     return 0;
 }
 
+/* A path without a text is no file and a name without one no encoder, whatever modules there are. */
+static int Direct(QvConverter* converter) {
+    static const QvChar kNothing[] = {0};
+    QvFormatExtensible format = {0};
+    uint8_t buffer[4] = {'#', '#', '#', '#'};
+    uint32_t bytes = sizeof buffer, finished = 7;
+    uint64_t lengthMs = 7, positionMs = 7;
+    HOLDS(QADOpenFile(converter, kNothing, &format, &lengthMs) == QV_FAILED);
+    HOLDS(lengthMs == 7 && format.Format.nBlockAlign == 0);
+    HOLDS(QADDecodeBlock(converter, buffer, &bytes, &finished, &positionMs) == QV_DONE);
+    HOLDS(bytes == sizeof buffer && finished == 0 && positionMs == 0 && buffer[0] == '#');
+    HOLDS(QADSetPosition(converter, -1) == QV_NOTHING);
+    HOLDS(QADCloseFile(converter) == QV_DONE);
+    HOLDS(QAEOpenFile(converter, kText, kNothing, kText, &format) == QV_NOTHING);
+    HOLDS(QAEEncodeBlock(converter, buffer, &bytes, &finished) == QV_DONE);
+    HOLDS(QAECloseFile(converter) == QV_NOTHING);
+    HOLDS(QADOpenFile(NULL, kNothing, &format, &lengthMs) == QV_NOTHING);
+    return 0;
+}
+
 static int Conversion(QvConverter* converter) {
     uint32_t percent = 77;
     HOLDS(QACSetCPU(converter, 0) == QV_DONE);
@@ -91,6 +111,7 @@ int HostInC(void) {
     if (line == 0) line = Conversion(converter);
     if (line == 0) line = Messages(converter);
     if (line == 0) line = Files(converter);
+    if (line == 0) line = Direct(converter);
     HOLDS(QACDestroy(converter) == QV_DONE);
     return line;
 }
