@@ -118,8 +118,9 @@ std::int32_t clConverter::DecoderDecodeBlock(std::uint8_t* buffer, std::uint32_t
     if (grant < whole && finished) *finished = decoderFinished;
     HandOut(grant, buffer);
     deliveredBytes += grant;
+    const std::uint64_t reached = DeliveredMs();
     if (bytes) *bytes = grant;
-    if (positionMs) *positionMs = DeliveredMs();
+    if (positionMs) *positionMs = reached;
     return 1;
 }
 

@@ -249,6 +249,11 @@ TEST_F(DecodingBlocks, A_request_that_leaves_a_block_alignment_of_0_is_delivered
     EXPECT_EQ(decoded.positionMs, 7000u) << "one byte a second";
     EXPECT_EQ(QADSetPosition(host.handle, 20000), QV_DONE);
     EXPECT_EQ(host->deliveredBytes, 20u);
+    ASSERT_EQ(Open(Request(0, 4, 0)), QV_DONE);
+    std::uint32_t bytes = 1;
+    EXPECT_EQ(QADDecodeBlock(host.handle, nullptr, &bytes, nullptr, nullptr), QV_DONE);
+    EXPECT_EQ(QADSetPosition(host.handle, 20000), QV_DONE);
+    EXPECT_EQ(host->deliveredBytes, 20u) << "whether or not the host asks for the time";
 }
 
 TEST_F(DecodingBlocks, Coded_data_without_a_depth_are_not_counted_by_a_file_before) {
