@@ -2,6 +2,7 @@
 #define QV_DECODER_MODULE
 #include <cstring>
 
+#include "foundation/joined.h"
 #include "foundation/qv_text.h"
 #include "modules/support/entry_guard.h"
 #include "modules/support/module_decoder.h"
@@ -33,17 +34,48 @@ bool Flatten(Instance& self, const clIDTagList& list) {
     return false;
 }
 
+IDTagRow* LargestArt(const clIDTagList& tags, std::int32_t* index) {
+    IDTagRow* largest = nullptr;
+    for (std::int32_t i = 0; i < tags.Count(); ++i) {
+        IDTagRow& row = tags.At(i);
+        if (row.art.Size() == 0 || (largest && row.art.Size() <= largest->art.Size())) continue;
+        largest = &row;
+        *index = i;
+    }
+    return largest;
+}
+
+// Text always goes; of the art, what makes the block too large stays behind, the largest first.
+bool FlattenBelowLimit(Instance& self, clIDTagList& tags, const char16_t* file) {
+    if (!Flatten(self, tags)) return false;
+    std::uint64_t size = self.flat.Size();
+    if (size < kTagLimit) return true;
+    for (std::int32_t index = 0; size >= kTagLimit;) {
+        const IDTagRow* row = LargestArt(tags, &index);
+        if (!row) {
+            self.decoder->Log().Error(file, u"its tags are larger than can be handed on");
+            return false;
+        }
+        self.decoder->Log().Information(
+            file, Joined({row->name.Text(), u" of ", XString::FromUInt64(row->art.Size()).Text(),
+                          u" bytes is left out: its tags are larger than can be handed on"})
+                      .Text());
+        size -= row->art.Size();
+        tags.RemoveAt(index);
+    }
+    return Flatten(self, tags);
+}
+
 bool Tags(Instance& self, clOpenFileRec& record) {
     clIDTagList tags;
     record.tagData = nullptr;
     record.tagDataSize = 0;
-    if (!self.decoder->ReadTags(FromQvText(record.file), tags)) return false;
+    const char16_t* file = FromQvText(record.file);
+    if (!self.decoder->ReadTags(file, tags)) return false;
     if (tags.Count() == 0) return true;
-    if (!Flatten(self, tags)) return false;
-    if (self.flat.Size() >= kTagLimit) {
-        self.decoder->Log().Error(FromQvText(record.file), u"its tags are larger than can be handed on");
-        return false;
-    }
+    const bool all = record.request == QV_OPEN_ALL_TAGS;
+    if (!(all ? Flatten(self, tags) : FlattenBelowLimit(self, tags, file))) return false;
+    if (tags.Count() == 0) return true;
     record.tagData = self.flat.Data();
     record.tagDataSize = self.flat.Size();
     return true;
@@ -78,6 +110,7 @@ bool Dispatch(Instance& self, clOpenFileRec& record) {
         case QV_OPEN_PROPERTIES:
             return Audio(self, record);
         case QV_OPEN_TAGS:
+        case QV_OPEN_ALL_TAGS:
             return Tags(self, record);
         case QV_OPEN_PROPERTY_ROWS:
             return PropertyRows(self, record);

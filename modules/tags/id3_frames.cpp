@@ -102,7 +102,13 @@ TagPicture ReadPicture(const AttachedPictureFrame& frame) {
     return {KnownPictureKind(frame.type()), FromTagLib(frame.description()), FromTagLib(frame.picture())};
 }
 
-FrameList FramesOf(const Tag& tag, std::string_view id) {
+// TagLib's lists own what is in them as long as they are not copied; what is to be removed is gone through as
+// pointers.
+std::vector<Frame*> Pointers(const FrameList& frames) {
+    return {frames.begin(), frames.end()};
+}
+
+const FrameList& FramesOf(const Tag& tag, std::string_view id) {
     return tag.frameList(TagLib::ByteVector(id.data(), static_cast<unsigned int>(id.size())));
 }
 
@@ -206,8 +212,7 @@ TagSet Read(const Tag& tag) {
 }
 
 void SetText(Tag& tag, const std::u16string& name, const Values& values) {
-    const FrameList frames = tag.frameList();  // a copy, as the tag's own changes
-    for (Frame* frame : frames)
+    for (Frame* frame : Pointers(tag.frameList()))
         if (Read(*frame).name == name) tag.removeFrame(frame);
     for (const std::string_view id : kPeopleFrames) {
         if (!RoleOfName(id, name).empty()) return SetPeople(tag, id, name, values);
@@ -216,8 +221,7 @@ void SetText(Tag& tag, const std::u16string& name, const Values& values) {
 }
 
 void SetPictures(Tag& tag, std::vector<TagPicture> pictures) {
-    const FrameList frames = tag.frameList("APIC");
-    for (Frame* frame : frames) {
+    for (Frame* frame : Pointers(tag.frameList("APIC"))) {
         const auto* picture = dynamic_cast<const AttachedPictureFrame*>(frame);
         const auto kept = picture ? std::ranges::find(pictures, ReadPicture(*picture)) : pictures.end();
         if (kept == pictures.end())
@@ -237,8 +241,7 @@ void SetPictures(Tag& tag, std::vector<TagPicture> pictures) {
 }
 
 void Clear(Tag& tag) {
-    const FrameList frames = tag.frameList();
-    for (Frame* frame : frames) tag.removeFrame(frame);
+    for (Frame* frame : Pointers(tag.frameList())) tag.removeFrame(frame);
 }
 
 }  // namespace id3

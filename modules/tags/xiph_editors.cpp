@@ -35,11 +35,15 @@ Picture* NewPicture(const TagPicture& picture) {
     return made;
 }
 
+// A list of TagLib's owns what is in it as long as it is not copied.
+std::vector<Picture*> Pointers(const Pictures& pictures) {
+    return {pictures.begin(), pictures.end()};
+}
+
 // Pictures that are there already stay as they are. `holder` is what has addPicture and removePicture.
 template <class Holder>
 void ReplacePictures(Holder& holder, std::vector<TagPicture> pictures) {
-    const Pictures present = holder.pictureList();
-    for (Picture* picture : present) {
+    for (Picture* picture : Pointers(holder.pictureList())) {
         const auto kept = std::ranges::find(pictures, FromPicture(*picture));
         if (kept == pictures.end())
             holder.removePicture(picture);

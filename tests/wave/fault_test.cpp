@@ -180,7 +180,7 @@ TEST_F(WaveFaults, Tags_that_can_not_be_read_are_told) {
         reads.FailCall(call, false, kError);
         EXPECT_FALSE(decoder.ReadTags(mPath.c_str(), tags));
         EXPECT_EQ(tags.Count(), 0);
-        EXPECT_EQ(mLog.TakeErrors(), mPath + u": its tags can't be read\r\n");
+        EXPECT_EQ(mLog.TakeErrors(), mPath + u": its tags can't be read (error 112)\r\n");
     }
 }
 

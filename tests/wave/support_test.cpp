@@ -41,6 +41,8 @@ class TroubledDecoder : public clModuleDecoder {
     bool ReadInformation(const char16_t*, clAudioInformation&) override { return Act(); }
     bool ReadTags(const char16_t*, clIDTagList& tags) override {
         for (std::int32_t i = 0; i < mTagCount; ++i) tags.Add(u"name", std::u16string(100, u'v').c_str());
+        for (const std::uint32_t size : mArt)
+            tags.AddBinary(u"PICTURE", u"", std::string(size, 'a').data(), size);
         return Act();
     }
     bool ReadPropertyRows(const char16_t*, clIDTagList&) override { return Act(); }
@@ -54,6 +56,7 @@ class TroubledDecoder : public clModuleDecoder {
     void SetPosition(std::int64_t) override { Act(); }
 
     static inline std::int32_t mTagCount = 0;
+    static inline std::vector<std::uint32_t> mArt;
 };
 
 class TroubledEncoder : public clModuleEncoder {
@@ -84,7 +87,9 @@ namespace {
 
 class Entries : public testing::Test {
   protected:
-    ~Entries() override { gTrouble = Trouble::none, TroubledDecoder::mTagCount = 0; }
+    ~Entries() override {
+        gTrouble = Trouble::none, TroubledDecoder::mTagCount = 0, TroubledDecoder::mArt.clear();
+    }
 
     // Runs `call` with each kind of exception, which must come out as `failed` and one line.
     template <class Call>
@@ -191,6 +196,44 @@ TEST_F(Entries, hand_out_no_tags_that_the_library_would_not_take) {
         EXPECT_EQ(ValueOf(open.tagDataSize), fits ? 4u + 216u * 4629u : 0u);
         EXPECT_EQ(ValueOf(open.tagData) != nullptr, fits);
         EXPECT_EQ(mLog.TakeErrors(), fits ? u"" : u"a.x: its tags are larger than can be handed on\r\n");
+    }
+    Destroy(instance);
+}
+
+TEST_F(Entries, leave_out_the_largest_art_first_and_say_so) {
+    struct {
+        std::vector<std::uint32_t> art;
+        std::int32_t texts;
+        std::int32_t rows;
+        std::u16string leftOut;  // sizes
+    } const rows[] = {{{999950}, 0, 1, u""},
+                      {{1000000}, 1, 1, u"1000000"},
+                      {{600000, 700000, 300000}, 2, 4, u"700000"},
+                      {{10, 2000000, 999999, 5}, 3, 5, u"2000000 999999"},
+                      {{1000000}, 0, 0, u"1000000"}};
+    const QvInstance instance = Create(&mRecord);
+    clOpenFileRec open{};
+    open.file = ToQvText(u"a.x");
+    for (const auto& row : rows) {
+        TroubledDecoder::mTagCount = row.texts;
+        TroubledDecoder::mArt = row.art;
+        for (const bool all : {false, true}) {
+            open.request = all ? QV_OPEN_ALL_TAGS : QV_OPEN_TAGS;
+            ASSERT_EQ(Open(instance, &open), 1);
+            clIDTagList list;
+            if (ValueOf(open.tagData)) list.Deserialise(open.tagData, open.tagDataSize);
+            const auto whole = row.texts + static_cast<std::int32_t>(row.art.size());
+            EXPECT_EQ(list.Count(), all ? whole : row.rows);
+            const std::u16string said = mLog.TakeInformation();
+            EXPECT_EQ(said.empty(), all || row.leftOut.empty());
+            for (std::size_t at = 0; !all && at < row.leftOut.size();) {
+                const std::size_t end = std::min(row.leftOut.find(u' ', at), row.leftOut.size());
+                EXPECT_NE(said.find(u"a.x: PICTURE of " + row.leftOut.substr(at, end - at) + u" bytes"),
+                          std::u16string::npos);
+                at = end + 1;
+            }
+            EXPECT_EQ(ValueOf(open.tagData) == nullptr, list.Count() == 0);
+        }
     }
     Destroy(instance);
 }

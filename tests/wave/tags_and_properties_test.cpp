@@ -110,7 +110,7 @@ TEST_F(WaveRows, A_list_that_is_cut_yields_what_stands_before_the_cut) {
         const Rows rows = Tags(whole.substr(0, cut));
         EXPECT_LE(rows.size(), 2u);
         const bool hasTitle = cut >= whole.size() - 14;
-        EXPECT_TRUE(!hasTitle || rows.at(0) == Rows::value_type(u"TITLE", u"Title")) << cut;
+        EXPECT_TRUE(!hasTitle || rows.back() == Rows::value_type(u"TITLE", u"Title")) << cut;
     }
     EXPECT_EQ(Tags(Riff(kAudio + Info(Claiming("INAM", 0xFFFFFFFF, "to the end")))),
               (Rows{{u"TITLE", u"to the end"}}));
