@@ -44,7 +44,7 @@ class Tags : public FileCalls {
     // A row whose block has exactly so many bytes: 4 of its count, 4 of its size, 4 of its name, 2 of its value.
     void ScriptBlock(std::uint32_t bytes) { Script("tag|T||" + std::to_string(bytes - 14) + "\n"); }
 
-    static constexpr Row kNoRow = {};
+    const Row kNoRow = {QV_NOTHING, u"", u""};
     const Row kUntouched = {QV_FAILED, u"#", u"#"};
     std::vector<std::uint8_t> art = std::vector<std::uint8_t>(1'000'001);
     std::optional<std::uint64_t> artSize;
