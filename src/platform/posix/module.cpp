@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,11 @@ using namespace posix;
 namespace {
 
 constexpr int kDeepestDependency = 16;
+
+// The linker lets one thread in at a time, also while a module's own start and end run. This lock, which adds
+// no waiting to that, puts the order where a race detector sees it: what a module's start has written is read
+// by whichever thread loads it next.
+std::recursive_mutex gLinkerOrder;
 
 std::string RealPath(const char* path) {
     const std::unique_ptr<char, void (*)(void*)> real(realpath(path, nullptr), &free);
@@ -72,6 +78,7 @@ ModuleHandle Load(const char16_t* path) {
     const std::string name = Narrow(path);
     const bool isPath = name.find('/') != name.npos;
     const std::string file = isPath ? RealPath(name.c_str()) : name;
+    const std::lock_guard order(gLinkerOrder);
     void* const module = file.empty() ? nullptr : Open(file, isPath ? 0 : kDeepestDependency);
     if (!module) Fail(kErrorModuleNotFound);
     return module;
@@ -90,6 +97,7 @@ EntryPoint Find(ModuleHandle module, const char* name) {
 }
 
 bool Free(ModuleHandle module) {
+    const std::lock_guard order(gLinkerOrder);
     return module && dlclose(module) == 0 ? true : Fail(kErrorInvalidHandle);
 }
 
