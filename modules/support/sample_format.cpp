@@ -45,6 +45,12 @@ struct Stored {
 };
 
 template <std::uint32_t bits>
+void GetAll(std::span<const std::uint8_t> samples, std::int32_t* to) {
+    for (std::size_t at = 0; at < samples.size(); at += Stored<bits>::kBytes)
+        *to++ = Stored<bits>::Get(&samples[at]);
+}
+
+template <std::uint32_t bits>
 void MultiplyIntegers(std::span<std::uint8_t> samples, double factor, std::uint32_t validBits) {
     const double step = std::ldexp(1.0, static_cast<int>(32 - validBits));
     for (std::size_t at = 0; at + Stored<bits>::kBytes <= samples.size(); at += Stored<bits>::kBytes) {
@@ -95,16 +101,16 @@ double clSampleFormat::FloatAt(const std::uint8_t* sample) const {
     return std::bit_cast<float>(Get32(sample));
 }
 
-std::int32_t clSampleFormat::IntegerAt(const std::uint8_t* sample) const {
+void clSampleFormat::TakeIntegers(std::span<const std::uint8_t> samples, std::int32_t* to) const {
     switch (bits) {
         case 8:
-            return Stored<8>::Get(sample);
+            return GetAll<8>(samples, to);
         case 16:
-            return Stored<16>::Get(sample);
+            return GetAll<16>(samples, to);
         case 24:
-            return Stored<24>::Get(sample);
+            return GetAll<24>(samples, to);
         default:
-            return Stored<32>::Get(sample);
+            return GetAll<32>(samples, to);
     }
 }
 

@@ -23,7 +23,8 @@ struct clSampleFormat {
     std::uint32_t SampleBytes() const { return bits / 8; }
     std::uint32_t FrameBytes() const { return channels * SampleBytes(); }
 
-    std::int32_t IntegerAt(const std::uint8_t* sample) const;
+    // Each of these samples into `to`.
+    void TakeIntegers(std::span<const std::uint8_t> samples, std::int32_t* to) const;
     double FloatAt(const std::uint8_t* sample) const;
 
     // Multiplies every sample, rounding to the nearest that the format has, halves away from 0, and holding

@@ -36,20 +36,31 @@ bool clSampleInput::EachPiece(const std::uint8_t* data, std::uint32_t bytes, Pie
     return true;
 }
 
-// Shifting right keeps the highest bits of what stands at the top.
-std::int32_t clSampleInput::IntegerAt(const std::uint8_t* sample, std::uint32_t bits) const {
-    if (!mFormat.isFloat) return mFormat.IntegerAt(sample) >> (32 - bits);
+// The samples at the top of 32 bits.
+void clSampleInput::TakeIntegers(std::span<const std::uint8_t> piece) {
+    mIntegers.resize(piece.size() / mFormat.SampleBytes());
+    mFormat.TakeIntegers(piece, mIntegers.data());
+}
+
+std::int32_t clSampleInput::Rounded(double sample, std::uint32_t bits) {
     const double limit = static_cast<double>(std::int64_t{1} << (bits - 1));
-    const double value = std::round(mFormat.FloatAt(sample) * limit);
+    const double value = std::round(sample * limit);
     return std::isnan(value) ? 0 : static_cast<std::int32_t>(std::clamp(value, -limit, limit - 1));
 }
 
+// Shifting right keeps the highest bits of what stands at the top.
 bool clSampleInput::Integers(const std::uint8_t* data, std::uint32_t bytes, std::uint32_t bits,
                              const std::function<bool(std::span<const std::int32_t>)>& take) {
     const std::size_t step = mFormat.SampleBytes();
     return EachPiece(data, bytes, [&](std::span<const std::uint8_t> piece) {
-        mIntegers.resize(piece.size() / step);
-        for (std::size_t i = 0; i < mIntegers.size(); ++i) mIntegers[i] = IntegerAt(&piece[i * step], bits);
+        if (mFormat.isFloat) {
+            mIntegers.resize(piece.size() / step);
+            for (std::size_t i = 0; i < mIntegers.size(); ++i)
+                mIntegers[i] = Rounded(mFormat.FloatAt(&piece[i * step]), bits);
+        } else {
+            TakeIntegers(piece);
+            for (std::int32_t& integer : mIntegers) integer >>= 32 - bits;
+        }
         return take(mIntegers);
     });
 }
@@ -59,10 +70,14 @@ bool clSampleInput::Floats(const std::uint8_t* data, std::uint32_t bytes,
     const std::size_t step = mFormat.SampleBytes();
     return EachPiece(data, bytes, [&](std::span<const std::uint8_t> piece) {
         mFloats.resize(piece.size() / step);
-        for (std::size_t i = 0; i < mFloats.size(); ++i) {
-            const std::uint8_t* sample = &piece[i * step];
-            mFloats[i] = mFormat.isFloat ? static_cast<float>(mFormat.FloatAt(sample))
-                                         : static_cast<float>(mFormat.IntegerAt(sample)) * 0x1p-31f;
+        if (mFormat.isFloat) {
+            for (std::size_t i = 0; i < mFloats.size(); ++i)
+                mFloats[i] = static_cast<float>(mFormat.FloatAt(&piece[i * step]));
+        } else {
+            TakeIntegers(piece);
+            std::ranges::transform(mIntegers, mFloats.begin(), [](std::int32_t integer) {
+                return static_cast<float>(integer) * 0x1p-31f;
+            });
         }
         return take(mFloats);
     });

@@ -42,7 +42,8 @@ class clSampleInput {
   private:
     template <class Piece>
     bool EachPiece(const std::uint8_t* data, std::uint32_t bytes, Piece piece);
-    std::int32_t IntegerAt(const std::uint8_t* sample, std::uint32_t bits) const;
+    void TakeIntegers(std::span<const std::uint8_t> piece);
+    static std::int32_t Rounded(double sample, std::uint32_t bits);
 
     clSampleFormat mFormat;
     std::vector<std::uint8_t> mRest;  // the beginning of a frame
