@@ -1,6 +1,9 @@
 // By container: what is no tag is audio. For FLAC that is the stream's description, its seek table and all
 // from the first frame on; for MPEG what lies between the tags at both ends; for WAVE and AIFF the contents of
 // every chunk that is none of ours.
+//
+// A tag whose size is damaged may claim audio as its own, and to write it anew would lose that. So audio has to
+// begin where the tags in front end, and the tag at the end has to be filled by its items.
 #include "modules/tags/audio_ranges.h"
 
 #include <algorithm>
@@ -23,7 +26,7 @@ bool Is(const std::uint8_t* bytes, const char* letters) {
     return std::memcmp(bytes, letters, std::strlen(letters)) == 0;
 }
 
-// Behind the ID3v2 tags that the file begins with.
+// Behind the ID3v2 tags that the file begins with, as they say.
 std::uint64_t EndOfId3v2(clFileReader& file) {
     std::uint64_t at = 0;
     std::uint8_t head[10];
@@ -32,7 +35,7 @@ std::uint64_t EndOfId3v2(clFileReader& file) {
         for (int i = 6; i < 10; ++i) size = size << 7 | (head[i] & 0x7F);
         at += sizeof head + size + ((head[5] & 0x10) ? sizeof head : 0);
     }
-    return std::min(at, file.Size());
+    return at;
 }
 
 std::uint64_t BeginOfId3v1(clFileReader& file) {
@@ -42,18 +45,59 @@ std::uint64_t BeginOfId3v1(clFileReader& file) {
     return file.Size() >= kBytes && file.Fetch(at, head, sizeof head) && Is(head, "TAG") ? at : file.Size();
 }
 
-// Of the APE tag that ends there; `end` when there is none.
-std::uint64_t BeginOfApe(clFileReader& file, std::uint64_t end) {
-    std::uint8_t footer[32];
-    if (end < sizeof footer || !file.Fetch(end - sizeof footer, footer, sizeof footer)) return end;
-    if (!Is(footer, "APETAGEX")) return end;
-    const std::uint64_t size = std::uint64_t{Get32(footer + 12)} + ((footer[23] & 0x80) ? sizeof footer : 0);
-    return size <= end ? end - size : end;
+bool IsFrame(const std::uint8_t* head) {
+    const bool isSync = head[0] == 0xFF && (head[1] & 0xE0) == 0xE0;
+    return isSync && (head[1] & 0x18) != 0x08 && (head[1] & 0x06) != 0 && (head[2] & 0xF0) != 0xF0 &&
+           (head[2] & 0x0C) != 0x0C;
+}
+
+// True where an MPEG frame begins, or the file ends, behind nothing or a run of zeros.
+bool BeginsFrames(clFileReader& file, std::uint64_t at, std::uint64_t end) {
+    constexpr std::uint32_t kMostZeros = 1 << 16;
+    std::uint8_t head[4];
+    for (std::uint32_t zeros = 0; zeros < kMostZeros && end - at >= sizeof head; ++zeros, ++at) {
+        if (!file.Fetch(at, head, sizeof head)) return false;
+        if (head[0] != 0) return IsFrame(head);
+    }
+    return end - at < sizeof head;
+}
+
+// Items from `at` to `end`: 4 bytes of size, 4 of flags, a key and a NUL, the value.
+bool AreApeItems(clFileReader& file, std::uint32_t count, std::uint64_t at, std::uint64_t end) {
+    constexpr std::uint32_t kLongestKey = 256;
+    for (; count > 0 && end - at > 8; --count) {
+        std::uint8_t item[8 + kLongestKey] = {};
+        const auto held = static_cast<std::uint32_t>(std::min<std::uint64_t>(sizeof item, end - at));
+        if (!file.Fetch(at, item, held)) return false;
+        const auto* key = static_cast<const std::uint8_t*>(std::memchr(item + 8, 0, held - 8));
+        const std::uint32_t size = Get32(item);
+        if (!key || size > end - at) return false;
+        at += static_cast<std::uint64_t>(key + 1 - item) + size;
+        if (at > end) return false;
+    }
+    return count == 0 && at == end;
+}
+
+// Moves `end` in front of the APE tag that ends there, if one does. False for one that is damaged.
+bool PassApe(clFileReader& file, std::uint64_t& end) {
+    std::uint8_t footer[32], header[8];
+    if (end < sizeof footer || !file.Fetch(end - sizeof footer, footer, sizeof footer)) return true;
+    if (!Is(footer, "APETAGEX")) return true;
+    const std::uint32_t size = Get32(footer + 12);
+    if (size < sizeof footer || size > end) return false;
+    const std::uint64_t items = end - size;
+    if (!AreApeItems(file, Get32(footer + 16), items, end - sizeof footer)) return false;
+    end = items;
+    if ((footer[23] & 0x80) == 0) return true;
+    end -= std::min<std::uint64_t>(end, sizeof footer);
+    return file.Fetch(end, header, sizeof header) && Is(header, "APETAGEX");
 }
 
 bool FindMpeg(clFileReader& file, Ranges& ranges) {
     const std::uint64_t begin = EndOfId3v2(file);
-    const std::uint64_t end = BeginOfApe(file, BeginOfId3v1(file));
+    std::uint64_t end = BeginOfId3v1(file);
+    if (!PassApe(file, end) || begin > end) return false;
+    if (begin > 0 && !BeginsFrames(file, begin, end)) return false;
     if (begin < end) ranges.push_back({begin, end - begin});
     return true;
 }
@@ -74,6 +118,8 @@ bool FindFlac(clFileReader& file, Ranges& ranges) {
         at += length;
     }
     const std::uint64_t end = std::max(at, BeginOfId3v1(file));
+    if (end - at >= 2 && (!file.Fetch(at, head, 2) || head[0] != 0xFF || (head[1] & 0xFC) != 0xF8))
+        return false;
     if (at < end) ranges.push_back({at, end - at});
     return true;
 }

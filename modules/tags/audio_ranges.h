@@ -17,6 +17,8 @@ class clAudioRanges {
     virtual ~clAudioRanges() = default;
     // The next stretch, from front to end. False behind the last one, and when reading failed.
     virtual bool Next(clByteRange& range) = 0;
+    // Asked behind the last stretch: false when what lies between them may not be changed after all.
+    virtual bool IsSound() const { return true; }
 };
 
 // Null when the file is not what the container calls for, or is damaged in a way that leaves in doubt what of

@@ -1,115 +1,83 @@
 // Ogg: pages of packets. The comment is the second packet of the stream and may grow by pages, which then
 // numbers all later pages anew. So of the pages with headers the packets count, all but the comment, and of
-// every later page all but its number and its checksum: granule positions, flags and the cutting into packets
+// every later page all but its number and its check sum: granule positions, flags and the cutting into packets
 // included.
-#include <algorithm>
-#include <cstring>
 #include <deque>
 
-#include "modules/support/little_endian.h"
+#include "modules/support/ogg_page.h"
 #include "modules/tags/audio_ranges.h"
 
 namespace {
 
-constexpr std::uint32_t kHead = 27;
-constexpr std::uint32_t kSerial = 14, kNumber = 18, kSegments = 26;
-constexpr std::uint8_t kEndOfStream = 4;
+constexpr std::uint32_t kNumberAt = 18, kBehindCheckSum = 26;
 constexpr std::uint32_t kComment = 1;  // packet
 
 class clOggAudio : public clAudioRanges {
   public:
-    clOggAudio(clFileReader& file, std::uint32_t headers) : mFile(file), mHeaders(headers) {}
+    clOggAudio(clFileReader& file, std::uint32_t headers) : mPages(file), mHeaders(headers) {}
 
-    // Walks over the headers. False when they are not there.
+    // Walks over the headers. False when they are not there, or damaged: a comment that seems to go on into
+    // the header behind it would take that along.
     bool Begin() {
+        clOggPage page;
         while (mPacket < mHeaders) {
-            if (!ReadPage()) return false;
-            TakeHeaders();
+            if (!mPages.Next(page) || page.skipped > 0 || (mPacket > 0 && page.serial != mSerial))
+                return false;
+            mSerial = page.serial;
+            TakeHeaders(page);
         }
+        mHasEnded = page.ends;
         return true;
     }
 
     bool Next(clByteRange& range) override {
-        while (mQueue.empty()) {
-            if (mAt >= mFile.Size()) return false;
-            if (ReadPage())
-                TakePage();
-            else
-                TakeRest();
+        for (clOggPage page; mQueue.empty() && !mIsAtEnd;) {
+            mIsAtEnd = !mPages.Next(page);
+            Add(page.position - page.skipped, page.skipped);  // what is no page stays as it is
+            if (!mIsAtEnd) TakePage(page);
         }
+        if (mQueue.empty()) return false;
         range = mQueue.front();
         mQueue.pop_front();
         return true;
     }
 
-  private:
-    // The page at mAt; false when there is none, or one of another stream among those of ours.
-    bool ReadPage() {
-        if (!mFile.Fetch(mAt, mPage, kHead) || std::memcmp(mPage, "OggS", 4) != 0) return false;
-        if (!mFile.Fetch(mAt + kHead, mPage + kHead, mPage[kSegments])) return false;
-        mBody = mAt + kHead + mPage[kSegments];
-        mBodyLength = 0;
-        for (std::uint32_t i = 0; i < mPage[kSegments]; ++i) mBodyLength += mPage[kHead + i];
-        return mBodyLength <= mFile.Size() - mBody;
-    }
+    // Pages of another stream among those of the first would be numbered as if they were its.
+    bool IsSound() const override { return mIsAlone; }
 
+  private:
     void Add(std::uint64_t position, std::uint64_t length) {
         if (length > 0) mQueue.push_back({position, length});
     }
 
-    void TakeHeaders() {
-        std::uint64_t at = mBody;
-        for (std::uint32_t i = 0; i < mPage[kSegments]; ++i) {
-            const std::uint8_t length = mPage[kHead + i];
+    void TakeHeaders(const clOggPage& page) {
+        std::uint64_t at = page.position + clOggPage::kHeadBytes + page.lacing.size();
+        for (const std::uint8_t length : page.lacing) {
             if (mPacket != kComment) Add(at, length);
             at += length;
             if (length < 255) ++mPacket;
         }
-        mAt = mBody + mBodyLength;
     }
 
-    void TakePage() {
-        Add(mAt, kNumber);
-        Add(mAt + kSegments, kHead - kSegments + mPage[kSegments] + mBodyLength);
-        mAt = mBody + mBodyLength;
+    void TakePage(const clOggPage& page) {
+        Add(page.position, kNumberAt);
+        Add(page.position + kBehindCheckSum, page.End() - page.position - kBehindCheckSum);
+        if (!mHasEnded && page.serial != mSerial) mIsAlone = false;
+        mHasEnded |= page.ends;
     }
 
-    // What is no page stays as it is, and so does all behind it.
-    void TakeRest() {
-        Add(mAt, mFile.Size() - mAt);
-        mAt = mFile.Size();
-    }
-
-    clFileReader& mFile;
+    clOggPages mPages;
     const std::uint32_t mHeaders;
-    std::uint64_t mAt = 0;
     std::uint32_t mPacket = 0;  // being read, of the headers
-    std::uint8_t mPage[kHead + 255] = {};
-    std::uint64_t mBody = 0;
-    std::uint64_t mBodyLength = 0;
+    std::uint32_t mSerial = 0;
     std::deque<clByteRange> mQueue;
+    bool mHasEnded = false, mIsAlone = true, mIsAtEnd = false;
 };
-
-// True when one stream has the file to itself up to its end: pages of another among its own would be numbered
-// as if they were its.
-bool IsAlone(clFileReader& file) {
-    std::uint8_t first[kHead], head[kHead + 255];
-    if (!file.Fetch(0, first, kHead)) return false;
-    for (std::uint64_t at = 0; file.Fetch(at, head, kHead) && std::memcmp(head, "OggS", 4) == 0;) {
-        if (Get32(head + kSerial) != Get32(first + kSerial)) return false;
-        if (head[5] & kEndOfStream) return true;
-        if (!file.Fetch(at + kHead, head + kHead, head[kSegments])) return true;
-        at += kHead + head[kSegments];
-        for (std::uint32_t i = 0; i < head[kSegments]; ++i) at += head[kHead + i];
-    }
-    return file.Error() == 0;
-}
 
 }  // namespace
 
 std::unique_ptr<clAudioRanges> FindOggAudio(TagContainer container, clFileReader& file) {
-    const std::uint32_t headers = container == TagContainer::oggVorbis ? 3 : 2;
-    auto audio = std::make_unique<clOggAudio>(file, headers);
-    if (!audio->Begin() || !IsAlone(file)) return nullptr;
+    auto audio = std::make_unique<clOggAudio>(file, container == TagContainer::oggVorbis ? 3 : 2);
+    if (!audio->Begin()) return nullptr;
     return audio;
 }

@@ -148,8 +148,10 @@ bool clTagChange::Apply(const TagSet& next) {
 bool clTagChange::Commit(const TagSet& expected) {
     const bool isSaved = mEditor->Save();
     if (mFile.Error() != 0) return FailWithError(u"it can't be read", mFile.Error());
-    if (!isSaved) return Fail(u"they can't be put into it");
-    if (!mStream->IsChanged()) return true;
+    const bool isAsBefore = !mStream->IsChanged();
+    if (!isSaved || (isAsBefore && RowsOfFields(mContainer, mFields) != expected))
+        return Fail(u"they can't be put into it");
+    if (isAsBefore) return true;
     if (IsChunked(mContainer) && mStream->Size() > kLargestChunked)
         return Fail(u"with them it would be larger than this kind of file can be");
     XOutputFile output{mPath};
@@ -186,7 +188,7 @@ bool clTagChange::Verify(const char16_t* temporary, const TagSet& expected) {
         editor->IsValid() && Sorted(RowsOfFields(mContainer, editor->Read())) == Sorted(expected);
     const auto before = FindAudio(mContainer, mFile);
     const auto after = FindAudio(mContainer, made);
-    const bool isSame = before && after && IsSameAudio(*before, mFile, *after, made);
+    const bool isSame = before && after && IsSameAudio(*before, mFile, *after, made) && before->IsSound();
     if (made.Error() != 0) return FailWithError(u"the new file can't be read", made.Error());
     if (mFile.Error() != 0) return FailWithError(u"it can't be read", mFile.Error());
     if (!isGood) return Fail(u"what was written does not read back as it should");

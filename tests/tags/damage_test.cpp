@@ -74,7 +74,8 @@ TEST_F(Damage, Flipped_bits) {
                 sound.container == TagContainer::oggVorbis || sound.container == TagContainer::oggOpus;
             EXPECT_TRUE(isOgg || HoldsAudio(sound, Bytes(sound)) == heldAudio) << what;
         }
-        EXPECT_GT(mWritten, 20) << testing::PrintToString(sound.name);
+        // Of headers in Ogg every bit counts for a check sum.
+        EXPECT_EQ(mWritten > 20, sound.container != TagContainer::oggVorbis) << mWritten;
     }
 }
 
