@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "foundation/priorities.h"
 #include "platform/names.h"
 
 namespace {
@@ -15,6 +16,9 @@ constexpr std::u16string_view kSwitches[] = {
     u"-infile=",    u"-outfile=",  u"-convert_to=", u"-evtquit=", u"-evtwatchdog=",
     u"-processor=", u"-priority=", u"-dspeffect",   u"-noidtag",  u"-tag=",
 };
+
+// Each works within the one before.
+constexpr std::size_t kMostEffects = 1000;
 
 struct Refusal {
     CommandError error;
@@ -99,10 +103,8 @@ std::int64_t Processor(Scanner& scanner, std::u16string_view digits) {
 }
 
 std::uint32_t Priority(Scanner& scanner, std::u16string_view name) {
-    constexpr std::u16string_view kNames[] = {u"low", u"idle", u"high"};
-    for (std::uint32_t i = 0; i < std::size(kNames); ++i) {
-        if (name == kNames[i]) return i + 1;
-    }
+    for (std::uint32_t i = 1; i < std::size(kPriorityLevels); ++i)
+        if (name == kPriorityLevels[i].name) return i;
     scanner.Refuse(u"the priority must be low, idle or high");
 }
 
@@ -115,6 +117,7 @@ std::u16string Decimal(std::size_t number) {
 void Effects(Scanner& scanner, Command& command) {
     if (!scanner.Take(u" -dspeffect")) return;
     do {
+        if (command.effects.size() == kMostEffects) scanner.Refuse(u"these are too many effects");
         const std::u16string number = Decimal(command.effects.size() + 1);
         if (!scanner.Take(number + u"=")) scanner.Refuse(u"effect number " + number + u" must stand here");
         command.effects.push_back(SplitPair(scanner.Value()));

@@ -1,124 +1,145 @@
 #include "converter/conversion.h"
 
-#include <cstring>
-
-#include "converter/module_search.h"
+#include "converter/chain.h"
 #include "converter/source.h"
+#include "converter/tags.h"
 #include "converter/target.h"
-#include "foundation/id_tag_list.h"
 #include "foundation/output_file.h"
 #include "foundation/paths.h"
-#include "foundation/qv_text.h"
 
 namespace {
 
-// Tells the host in one line what failed with which file or name, and hands the exit code on.
-ExitCode Refuse(Reporter& reporter, ExitCode code, const char16_t* what, const std::u16string& name) {
-    reporter.Error(std::u16string(what) + u" '" + name + u"'");
+class Conversion {
+  public:
+    Conversion(const Command& command, Lifeline& lifeline, Reporter& reporter)
+        : mCommand(command),
+          mLifeline(lifeline),
+          mReporter(reporter),
+          mChain(lifeline, reporter),
+          mSource(command.source, reporter) {}
+
+    ExitCode Run();
+
+  private:
+    void Announce() const;
+    ExitCode Produce(const std::u16string& file);
+    ExitCode LookAhead();
+    ExitCode PassAll(std::size_t effects, const Chain::Take& take);
+    ExitCode Write(Target& target, const clBlockRec& block) const;
+    ExitCode Finish(XOutputFile& output, const clIDTagList& tags);
+    // Tells the host in one line what failed with which file or name, and hands the exit code on.
+    ExitCode Refuse(ExitCode code, const char16_t* what, const std::u16string& name) const;
+
+    const Command& mCommand;
+    Lifeline& mLifeline;
+    Reporter& mReporter;
+    Chain mChain;
+    Source mSource;
+    int mPasses = 1;  // over all of the source
+    int mPassesDone = 0;
+};
+
+ExitCode Conversion::Refuse(ExitCode code, const char16_t* what, const std::u16string& name) const {
+    mReporter.Error(what, name);
     return code;
 }
 
-void CollectTags(const Command& command, Source& source, clIDTagList& tags) {
-    if (command.carryTags) source.ReadTags(tags);
-    for (const Command::Pair& tag : command.tags) tags.Add(tag.name.c_str(), tag.value.c_str());
-}
-
 // File names stand between words, so that none can pass for a line of another meaning.
-void Announce(const Command& command, Reporter& reporter) {
+void Conversion::Announce() const {
     const auto named = [](const char16_t* doing, const std::u16string& path) {
         const XString name = paths::GetFileName(XString(path.c_str()));
         return std::u16string(doing) + u" '" + name.Text() + u"'";
     };
-    reporter.Action(u"Converting", named(u"Reading", command.source), named(u"Writing", command.destination));
+    mReporter.Action(u"Converting", named(u"Reading", mCommand.source),
+                     named(u"Writing", mCommand.destination));
 }
 
-// Has the decoder module for the destination's type write the tags into the finished temporary. A type whose
-// module does not write tags makes no conversion fail: the host is told, not alarmed.
-void WriteTags(const Command& command, const std::u16string& file, const clIDTagList& tags,
-               Reporter& reporter) {
-    if (tags.Count() == 0) return;
-    XLog log;
-    log.mInfoOut = reporter.InformationStream();
-    log.mErrorOut = reporter.InformationStream();
-    clByteStore flat;
-    clQvDecoder module;
-    clCodecQueryRec query = {};
-    bool written = false;
-    if (tags.Serialise(flat) && LoadDecoderFor(XString(command.destination.c_str()), module, log)) {
-        query.text = ToQvText(file.c_str());
-        query.data = flat.Data();
-        query.dataSize = flat.Size();
-        written = module.Set(u"IDTags", &query);
-    }
-    if (!written) reporter.Information(u"No tags were written to '" + command.destination + u"'");
+ExitCode Conversion::Write(Target& target, const clBlockRec& block) const {
+    target.Write(block);
+    if (target.HasFailed()) return Refuse(ExitCode::kOutputFailed, u"Can't write", mCommand.destination);
+    return ExitCode::kDone;
 }
 
-// From the first block to the last.
-ExitCode PassBlocks(const Command& command, Source& source, Target& target, Lifeline& lifeline,
-                    Reporter& reporter) {
+// The source from its first block to its last, through the first `effects` of the chain.
+ExitCode Conversion::PassAll(std::size_t effects, const Chain::Take& take) {
     clBlockRec block = {};
     do {
-        lifeline.Beat();
-        if (lifeline.Cancelled()) return ExitCode::kCancelled;
-        if (!source.NextBlock(block)) {
-            return Refuse(reporter, ExitCode::kSourceDamaged, u"The decoder gives no more audio of",
-                          command.source);
+        mLifeline.Beat();
+        if (mLifeline.Cancelled()) return ExitCode::kCancelled;
+        if (!mSource.NextBlock(block)) {
+            return Refuse(ExitCode::kSourceDamaged, u"The decoder gives no more audio of", mCommand.source);
         }
-        if (source.IsDamaged()) return ExitCode::kSourceDamaged;
-        target.Write(block);
-        if (target.HasFailed())
-            return Refuse(reporter, ExitCode::kOutputFailed, u"Can't write", command.destination);
-        reporter.Percent(source.Percent());
+        if (mSource.IsDamaged()) return ExitCode::kSourceDamaged;
+        const ExitCode passed = mChain.Pass(block, effects, take);
+        if (passed != ExitCode::kDone) return passed;
+        mReporter.Percent((mPassesDone * 100 + mSource.Percent()) / mPasses);
     } while (block.finished == 0);
+    ++mPassesDone;
     return ExitCode::kDone;
 }
 
-// Makes the complete output under its temporary name.
-ExitCode Produce(const Command& command, const XOutputFile& output, Source& source, Lifeline& lifeline,
-                 Reporter& reporter) {
-    Target target(reporter);
-    if (!target.FindEncoder(command.encoder)) {
-        return Refuse(reporter, ExitCode::kEncoderRefused, u"There is no encoder", command.encoder);
+// Shows all of the audio to each effect that wants to see it before it begins.
+ExitCode Conversion::LookAhead() {
+    const auto next = [this](std::size_t index) { return mChain.NextThatLooksFirst(index); };
+    for (std::size_t i = next(0); i < mChain.Size(); i = next(i + 1)) ++mPasses;
+    for (std::size_t i = next(0); i < mChain.Size(); i = next(i + 1)) {
+        const ExitCode passed = PassAll(i, [&](const clBlockRec& block) { return mChain.LookAt(i, block); });
+        if (passed != ExitCode::kDone) return passed;
+        if (!mSource.OpenAgain())
+            return Refuse(ExitCode::kSourceDamaged, u"Can't open again", mCommand.source);
+        if (!mChain.BeginAgain(i)) return ExitCode::kFailed;
     }
-    lifeline.Beat();
-    if (!source.Open()) return Refuse(reporter, ExitCode::kSourceDamaged, u"Can't open", command.source);
-    if (!target.Begin(output.TemporaryName(), command.settings, source.Format())) {
-        return Refuse(reporter, ExitCode::kEncoderRefused, u"The encoder refuses to write",
-                      command.destination);
-    }
-    const ExitCode passed = PassBlocks(command, source, target, lifeline, reporter);
-    if (passed != ExitCode::kDone) return passed;
-    lifeline.Beat();
-    if (!source.Close()) return ExitCode::kSourceDamaged;
-    if (!target.End()) return Refuse(reporter, ExitCode::kOutputFailed, u"Can't write", command.destination);
     return ExitCode::kDone;
+}
+
+// Makes the complete audio under its temporary name.
+ExitCode Conversion::Produce(const std::u16string& file) {
+    Target target(mReporter);
+    if (!target.FindEncoder(mCommand.encoder))
+        return Refuse(ExitCode::kEncoderRefused, u"There is no encoder", mCommand.encoder);
+    mLifeline.Beat();
+    if (!mSource.Open()) return Refuse(ExitCode::kSourceDamaged, u"Can't open", mCommand.source);
+    AudioForm form = mSource.Form();
+    if (!mChain.Begin(form)) return ExitCode::kFailed;
+    if (!target.Begin(file, mCommand.settings, form.format.data()))
+        return Refuse(ExitCode::kEncoderRefused, u"The encoder refuses to write", mCommand.destination);
+    ExitCode passed = LookAhead();
+    if (passed == ExitCode::kDone)
+        passed = PassAll(mChain.Size(), [&](const clBlockRec& block) { return Write(target, block); });
+    if (passed != ExitCode::kDone) return passed;
+    mLifeline.Beat();
+    if (!mSource.Close()) return ExitCode::kSourceDamaged;
+    if (!mChain.End()) return ExitCode::kFailed;
+    if (!target.End()) return Refuse(ExitCode::kOutputFailed, u"Can't write", mCommand.destination);
+    return ExitCode::kDone;
+}
+
+// From the complete audio to the complete file under its own name.
+ExitCode Conversion::Finish(XOutputFile& output, const clIDTagList& tags) {
+    mLifeline.Beat();
+    WriteTags(mCommand, output.TemporaryName(), tags, mReporter);
+    if (!mChain.AfterConversion(output.TemporaryName()) || !mChain.Close()) return ExitCode::kFailed;
+    if (mLifeline.Cancelled()) return ExitCode::kCancelled;
+    if (!output.Commit()) return Refuse(ExitCode::kOutputFailed, u"Can't replace", mCommand.destination);
+    mReporter.Percent(100);
+    mReporter.Information(u"Conversion complete");
+    return ExitCode::kDone;
+}
+
+ExitCode Conversion::Run() {
+    if (!mChain.Find(mCommand.effects)) return ExitCode::kFailed;
+    Announce();
+    if (!mSource.FindDecoder()) return Refuse(ExitCode::kNoDecoder, u"No decoder reads", mCommand.source);
+    clIDTagList tags;
+    CollectTags(mCommand, mSource, tags);
+    XOutputFile output(mCommand.destination);
+    if (!output.Create()) return Refuse(ExitCode::kOutputFailed, u"Can't write beside", mCommand.destination);
+    const ExitCode produced = Produce(output.TemporaryName());
+    return produced == ExitCode::kDone ? Finish(output, tags) : produced;
 }
 
 }  // namespace
 
 ExitCode Convert(const Command& command, Lifeline& lifeline, Reporter& reporter) {
-    if (!command.effects.empty()) {
-        return Refuse(reporter, ExitCode::kFailed, u"There is no effect", command.effects.front().name);
-    }
-    Announce(command, reporter);
-    Source source(command.source, reporter);
-    if (!source.FindDecoder())
-        return Refuse(reporter, ExitCode::kNoDecoder, u"No decoder reads", command.source);
-    clIDTagList tags;
-    CollectTags(command, source, tags);
-
-    XOutputFile output(command.destination);
-    if (!output.Create())
-        return Refuse(reporter, ExitCode::kOutputFailed, u"Can't write beside", command.destination);
-    const ExitCode produced = Produce(command, output, source, lifeline, reporter);
-    if (produced != ExitCode::kDone) return produced;
-
-    lifeline.Beat();
-    WriteTags(command, output.TemporaryName(), tags, reporter);
-    if (lifeline.Cancelled()) return ExitCode::kCancelled;
-    if (!output.Commit())
-        return Refuse(reporter, ExitCode::kOutputFailed, u"Can't replace", command.destination);
-    reporter.Percent(100);
-    reporter.Information(u"Conversion complete");
-    return ExitCode::kDone;
+    return Conversion(command, lifeline, reporter).Run();
 }

@@ -1,10 +1,11 @@
-// A conversion: one file through a decoder module into an encoder module.
+// A conversion: one file through a decoder module and the effects into an encoder module.
 //
-//     Source (decoder) -> block -> Target (encoder) -> marked temporary -> tags -> destination
+//     Source (decoder) -> block -> Chain (effects) -> Target (encoder) -> marked temporary -> tags -> destination
 //
 // One block is in memory at a time, so the length of a file costs nothing. Between blocks the host's wish to
-// cancel is looked at and the percentage sent. Whatever goes wrong is told to the host in words and ends in
-// an exit code; only a complete output ever carries the destination's name.
+// cancel is looked at and the percentage sent. For each effect that wants all of the audio before it begins, the
+// source is decoded once more, through the effects in front of it. Whatever goes wrong is told to the host in words and
+// ends in an exit code; only a complete output ever carries the destination's name.
 #pragma once
 
 #include "converter/command.h"

@@ -3,7 +3,7 @@
 
 enum class ExitCode : int {
     kDone = 0,
-    kFailed = 1,      // an effect is asked for; none is run yet
+    kFailed = 1,      // an effect is not there, refuses its settings or the format, or fails
     kBadCommand = 2,  // the command line or the command file can't be understood
     kCancelled = 3,
     kNoDecoder = 4,       // no decoder opens the source

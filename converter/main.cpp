@@ -16,6 +16,7 @@
 #include "converter/lifeline.h"
 #include "converter/reporter.h"
 #include "foundation/log.h"
+#include "foundation/priorities.h"
 #include "platform/process.h"
 #include "platform/program.h"
 
@@ -37,6 +38,13 @@ void ChooseProcessor(std::int64_t processor, Reporter& reporter) {
     }
 }
 
+// What a host asks for from the start. A system that does not allow it converts all the same.
+void ChoosePriority(std::uint32_t priority, Reporter& reporter) {
+    const PriorityLevel& level = LevelOf(priority);
+    if (level.name && !platform::SetOwnPriority(level.thread, level.processClass))
+        reporter.Information(std::u16string(u"The priority ") + level.name + u" can't be chosen");
+}
+
 ExitCode Obey(const std::u16string& commandFile, Reporter& reporter) {
     std::u16string text;
     if (!TakeCommandFile(commandFile, &text)) {
@@ -56,6 +64,7 @@ ExitCode Obey(const std::u16string& commandFile, Reporter& reporter) {
         return ExitCode::kNoEvents;
     }
     ChooseProcessor(command->processor, reporter);
+    ChoosePriority(command->priority, reporter);
     const ExitCode result = Convert(*command, lifeline, reporter);
     if (result == ExitCode::kCancelled) reporter.Information(u"Conversion cancelled");
     return result;

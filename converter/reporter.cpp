@@ -13,6 +13,10 @@ void Reporter::Error(std::u16string_view text) {
     Line(mError, text);
 }
 
+void Reporter::Error(std::u16string_view what, std::u16string_view name) {
+    Error(std::u16string(what) + u" '" + std::u16string(name) + u"'");
+}
+
 void Reporter::Information(std::u16string_view text) {
     Line(mOutput, text);
 }

@@ -17,6 +17,7 @@ class Reporter {
 
     // For the host's error and information text.
     void Error(std::u16string_view text);
+    void Error(std::u16string_view what, std::u16string_view name);  // what 'name'
     void Information(std::u16string_view text);
 
     // Messages for the host's progress display.

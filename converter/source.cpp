@@ -13,6 +13,7 @@ namespace {
 // not hold us for ever.
 constexpr int kFruitlessCalls = 1000;
 
+// What a module may report without being asked for all of it.
 constexpr std::uint32_t kLargestTagData = 1000000;
 
 }  // namespace
@@ -27,6 +28,7 @@ bool Source::FindDecoder() {
 }
 
 bool Source::Open() {
+    mBytes = 0;
     mRecord = {};
     mRecord.file = ToQvText(mFile.c_str());
     mRecord.request = QV_OPEN_DECODING;
@@ -34,19 +36,37 @@ bool Source::Open() {
     return mOpen;
 }
 
-// An instance serves one purpose: the tags get one of their own, and the decoding a fresh one.
+bool Source::OpenAgain() {
+    const AudioForm before = Form();
+    mDecoder.Close(nullptr);
+    mOpen = false;
+    return clQvCodecHandler::CreateInstance(mDecoder, mLog) && Open() && Form().format == before.format;
+}
+
+AudioForm Source::Form() const {
+    AudioForm form;
+    std::memcpy(form.format.data(), mRecord.format, sizeof mRecord.format);
+    form.lengthMs = mRecord.lengthMs;
+    return form;
+}
+
+// An instance serves one purpose: each request for tags gets one of its own, and the decoding a fresh one.
 void Source::ReadTags(clIDTagList& tags) {
+    if (!ReadTags(QV_OPEN_ALL_TAGS, tags)) ReadTags(QV_OPEN_TAGS, tags);
+    clQvCodecHandler::CreateInstance(mDecoder, mLog);
+}
+
+bool Source::ReadTags(std::uint32_t request, clIDTagList& tags) {
     XLog log = mLog;
     log.mErrorOut = log.mInfoOut;
     clQvCodecHandler::CreateInstance(mDecoder, log);
     clOpenFileRec record = {};
     record.file = ToQvText(mFile.c_str());
-    record.request = QV_OPEN_TAGS;
-    if (mDecoder.Open(&record) && record.tagData && record.tagDataSize > 0 &&
-        record.tagDataSize < kLargestTagData) {
-        tags.Deserialise(record.tagData, record.tagDataSize);
-    }
-    clQvCodecHandler::CreateInstance(mDecoder, mLog);
+    record.request = request;
+    if (!mDecoder.Open(&record)) return false;
+    const bool isTooMuch = request == QV_OPEN_TAGS && record.tagDataSize >= kLargestTagData;
+    if (record.tagData && !isTooMuch) tags.Deserialise(record.tagData, record.tagDataSize);
+    return true;
 }
 
 bool Source::NextBlock(clBlockRec& block) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "converter/audio_form.h"
 #include "converter/error_tap.h"
 #include "converter/reporter.h"
 #include "foundation/id_tag_list.h"
@@ -19,6 +20,8 @@ class Source {
     bool FindDecoder();
     // Opens the file for decoding. The reason of a refusal has gone to the host in the module's own words.
     bool Open();
+    // Opens it once more, to be decoded from its beginning. False, also, when its audio has another form now.
+    bool OpenAgain();
     // Adds the file's own tags to `tags`; a file without any adds nothing. What the decoder complains of
     // meanwhile is information: it is the audio that counts. Before Open.
     void ReadTags(clIDTagList& tags);
@@ -31,9 +34,11 @@ class Source {
     int Percent() const;
     // True as soon as the decoder has reported an error.
     bool IsDamaged() const { return mErrors.Lines() > 0; }
-    const std::uint8_t* Format() const { return mRecord.format; }  // 40 bytes
+    AudioForm Form() const;
 
   private:
+    bool ReadTags(std::uint32_t request, clIDTagList& tags);
+
     const std::u16string mFile;
     ErrorTap mErrors;  // outlives the module, which may report while it is destroyed
     XLog mLog;

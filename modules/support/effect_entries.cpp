@@ -90,7 +90,6 @@ int32_t QV_CALL DSP_PassNonLive(QvInstance instance, const clBlockRec* in) {
 }
 
 int32_t QV_CALL DSP_AfterConversion(QvInstance instance, const QvChar* file) {
-    return Serve(instance, [&](clModuleEffect& effect) {
-        return file && effect.AfterConversion(FromQvText(file));
-    });
+    return Serve(instance,
+                 [&](clModuleEffect& effect) { return file && effect.AfterConversion(FromQvText(file)); });
 }

@@ -50,6 +50,9 @@ extern Operation<std::uint32_t(Handle thread)> ResumeThread;
 extern Operation<bool(Handle thread, std::int32_t priority)> SetThreadPriority;
 extern Operation<bool(Handle process, std::uint32_t priorityClass)> SetPriorityClass;
 
+// Gives both halves to this very process and to the thread that calls; on POSIX to every thread there is.
+extern Operation<bool(std::int32_t priority, std::uint32_t priorityClass)> SetOwnPriority;
+
 // Stores the exit code of a child that has ended (on POSIX 128 plus the signal that killed it); fails while
 // it runs.
 extern Operation<bool(Handle process, std::uint32_t* exitCode)> GetExitCodeProcess;

@@ -4,11 +4,11 @@
 // that nothing is noticed between two steps: the watchdog may fire late, never early.
 #include "supervisor/cpu_encoder.h"
 
+#include "foundation/priorities.h"
 #include "platform/clock.h"
 #include "platform/file.h"
 #include "platform/process.h"
 #include "platform/synchronisation.h"
-#include "supervisor/priorities.h"
 
 namespace {
 

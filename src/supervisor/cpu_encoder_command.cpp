@@ -4,13 +4,13 @@
 // ends its switch early.
 #include "foundation/file.h"
 #include "foundation/paths.h"
+#include "foundation/priorities.h"
 #include "platform/clock.h"
 #include "platform/error.h"
 #include "platform/file.h"
 #include "platform/names.h"
 #include "platform/synchronisation.h"
 #include "supervisor/cpu_encoder.h"
-#include "supervisor/priorities.h"
 #include "supervisor/quotes.h"
 
 namespace {

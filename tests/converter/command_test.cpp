@@ -123,6 +123,19 @@ TEST(Command, Refusals_name_their_position) {
     }
 }
 
+TEST(Command, A_thousand_effects_are_enough) {
+    std::u16string effects;
+    for (int number = 1; number <= 1000; ++number) {
+        const std::string digits = std::to_string(number);
+        effects += u"-dspeffect" + std::u16string(digits.begin(), digits.end()) + u"=\"V=\" ";
+    }
+    CommandError error{};
+    const std::optional<Command> command = ParseCommand(kHead + u" " + effects + u" ", &error);
+    ASSERT_TRUE(command.has_value());
+    EXPECT_EQ(command->effects.size(), 1000u);
+    EXPECT_FALSE(ParseCommand(kHead + u" " + effects + u"-dspeffect1001=\"V=\"  ", &error).has_value());
+}
+
 TEST(Command, A_file_name_with_a_quote_smuggles_no_switch_in) {
     CommandError error{};
     const std::u16string text =

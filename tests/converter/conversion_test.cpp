@@ -1,13 +1,7 @@
-// One conversion with modules that do as they are told, well or badly. The encoder writes no file of its own,
-// so what stands at the destination after a success is the temporary as it was created.
-#include "converter/conversion.h"
-
+// One conversion with modules that do as they are told, well or badly.
 #include <gtest/gtest.h>
 
-#include "converter/streams.h"
-#include "modules/placed_module.h"
-#include "platform/module.h"
-#include "support/temp_folder.h"
+#include "converter/conversion_stage.h"
 
 namespace {
 
@@ -18,51 +12,7 @@ std::string Often(std::string_view line) {
     return script;
 }
 
-bool Has(const std::u16string& text, std::u16string_view words) {
-    return text.find(words) != std::u16string::npos;
-}
-
-class Conversion : public testing::Test {
-  protected:
-    // The program stands in the folder, and its modules with it.
-    Conversion() {
-        mNames.Replace([this](platform::ModuleHandle, char16_t* path, std::uint32_t) {
-            const std::u16string self = folder / u"Quavercore";
-            self.copy(path, self.size());
-            path[self.size()] = 0;
-            return static_cast<std::uint32_t>(self.size());
-        });
-        command.source = folder / u"in.abc";
-        command.destination = folder / u"out.wav";
-        command.encoder = u"enc";
-        command.carryTags = false;
-    }
-
-    ExitCode Run(const std::string& decoding, const std::string& encoding = {}) {
-        decoder.SetScript("decodes|.abc|A test\n" + decoding);
-        encoder.SetScript(encoding);
-        folder.Write(u"out.wav", "old");
-        StandardStreams streams;
-        Reporter reporter;
-        Lifeline lifeline;
-        const ExitCode result = Convert(command, lifeline, reporter);
-        output = streams.Output();
-        errors = streams.Errors();
-        const bool done = result == ExitCode::kDone;
-        EXPECT_EQ(Has(output, u"Conversion complete\r\n"), done);
-        EXPECT_EQ(folder.Read(u"out.wav"), done ? "" : "old");
-        return result;
-    }
-
-    const TempFolder folder;
-    const PlacedModule decoder{folder, u"decoder/dec", "scripted_decoder"};
-    const PlacedModule encoder{folder, u"encoder/enc", "scripted_encoder"};
-    Command command;
-    std::u16string output, errors;
-
-  private:
-    Faulty<platform::GetModuleFileNameW> mNames;
-};
+class Conversion : public ConversionStage {};
 
 TEST_F(Conversion, Passes_every_block_on_and_ends_both_modules) {
     EXPECT_EQ(Run("block|1|8|0|0\nblock|0\nblock|1|0|0|0\nblock|1|4|2|1\n"), ExitCode::kDone);

@@ -1,8 +1,10 @@
 #include "modules/script.h"
 
 #include <atomic>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <numeric>
 #include <sstream>
 
 #include "platform/file.h"
@@ -52,6 +54,19 @@ std::basic_string<QvChar> Wide(const std::string& text) {
     platform::MultiByteToWideChar(text.c_str(), reinterpret_cast<char16_t*>(wide.data()), count);
     wide.resize(wide.find(QvChar()));
     return wide;
+}
+
+std::string FormatText(const std::uint8_t* record) {
+    QvFormat format;
+    std::memcpy(&format, record, sizeof format);
+    return "format " + std::to_string(format.wFormatTag) + "/" + std::to_string(format.nChannels) + "/" +
+           std::to_string(format.nSamplesPerSec) + "/" + std::to_string(format.wBitsPerSample);
+}
+
+std::string BlockText(const clBlockRec& block) {
+    const unsigned sum = std::accumulate(block.data, block.data + block.bytes, 0u);
+    return std::to_string(block.bytes) + " sum " + std::to_string(sum) + " finished " +
+           std::to_string(block.finished);
 }
 
 Script::Script() {

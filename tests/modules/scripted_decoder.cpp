@@ -7,9 +7,9 @@
 //     format|TAG|CHANNELS|RATE|BITS|CBSIZE   what Open reports; PCM, 2 channels, 44100 Hz, 16 bits, 0 otherwise
 //     closes                            the journal names the file in the record that Close is given
 //     length|MS    size|BYTES    property|N
-//     tag|NAME|VALUE|BYTES              a row of request 8, with so many bytes of art
+//     tag|NAME|VALUE|BYTES              a row of requests 8 and 32, with so many bytes of art
 //     row|NAME|VALUE                    a row of request 16
-//     cut|N                             the rows of requests 8 and 16 end so many bytes early
+//     cut|N                             the rows of requests 8, 16 and 32 end so many bytes early
 //     nulls                             every pointer that Open and DecodeBlock report is null, sizes stay
 //     block|RESULT|BYTES|TIMECODE|FINISHED    one answer of DecodeBlock each; behind the last comes an empty
 //     last block set|0    delete|0                 Set, DeleteATag fail
@@ -83,11 +83,12 @@ void Decoder::DescribeFile(clOpenFileRec& record) const {
 }
 
 void Decoder::DescribeRows(clOpenFileRec& record) {
-    clByteStore& flat = record.request == QV_OPEN_TAGS ? tags : properties;
-    Flatten(script.Rows(record.request == QV_OPEN_TAGS ? "tag" : "row"), flat);
+    const bool asksForTags = record.request != QV_OPEN_PROPERTY_ROWS;
+    clByteStore& flat = asksForTags ? tags : properties;
+    Flatten(script.Rows(asksForTags ? "tag" : "row"), flat);
     const std::uint8_t* reported = script.Has("nulls") ? nullptr : flat.Data();
     const auto size = static_cast<std::uint32_t>(flat.Size() - script.Number("cut", 0, 0));
-    if (record.request == QV_OPEN_TAGS) {
+    if (asksForTags) {
         record.tagData = reported;
         record.tagDataSize = size;
     } else {

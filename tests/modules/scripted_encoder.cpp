@@ -8,9 +8,6 @@
 #define QV_ENCODER_MODULE
 #include "modules/script.h"
 
-#include <cstring>
-#include <numeric>
-
 namespace {
 
 struct Encoder : script::PanelInstance {
@@ -18,14 +15,6 @@ struct Encoder : script::PanelInstance {
 
     std::basic_string<QvChar> extension;
 };
-
-// "format 1/2/44100/16" of the record's first 18 bytes: tag, channels, rate, bits.
-std::string FormatText(const std::uint8_t* record) {
-    QvFormat format;
-    std::memcpy(&format, record, sizeof format);
-    return "format " + std::to_string(format.wFormatTag) + "/" + std::to_string(format.nChannels) + "/" +
-           std::to_string(format.nSamplesPerSec) + "/" + std::to_string(format.wBitsPerSample);
-}
 
 }  // namespace
 
@@ -58,7 +47,7 @@ const QvChar* ENC_RemoveConfigBit(QvInstance instance, uint64_t parent) {
 
 int32_t ENC_BeginConversion(QvInstance instance, clEncoderSessionRec* session) {
     const std::string details = script::Narrow(session->file) + " '" + script::Narrow(session->settings) +
-                                "' " + FormatText(session->formatPointer);
+                                "' " + script::FormatText(session->formatPointer);
     return script::Enter<Encoder>(instance, "ENC_BeginConversion", details).script.Result("begin");
 }
 
@@ -68,8 +57,6 @@ int32_t ENC_EndConversion(QvInstance instance, clEncoderSessionRec*, uint32_t* r
 }
 
 int32_t ENC_EncodeBlock(QvInstance instance, const clBlockRec* block) {
-    const unsigned sum = std::accumulate(block->data, block->data + block->bytes, 0u);
-    const std::string details = std::to_string(block->bytes) + " sum " + std::to_string(sum) + " finished " +
-                                std::to_string(block->finished) + " " + FormatText(block->format);
+    const std::string details = script::BlockText(*block) + " " + script::FormatText(block->format);
     return script::Enter<Encoder>(instance, "ENC_EncodeBlock", details).script.Result("block");
 }

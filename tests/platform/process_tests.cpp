@@ -291,6 +291,17 @@ CHILD_PROGRAM(take_no_processor) {
     return SetProcessAffinityMask(0) ? 0 : 1;
 }
 
+CHILD_PROGRAM(step_back) {
+    return SetOwnPriority(kThreadPriorityBelowNormal, kNormalPriorityClass) &&
+                   SetOwnPriority(kThreadPriorityIdle, kIdlePriorityClass)
+               ? 0
+               : 1;
+}
+
+TEST(Processes, may_lower_their_own_priority) {
+    EXPECT_EQ(RunningChild("step_back").Finish(), 0u);
+}
+
 TEST(Processes, may_keep_to_one_processor_but_not_to_none) {
     EXPECT_EQ(RunningChild("take_first_processor").Finish(), 0u);
     EXPECT_EQ(RunningChild("take_no_processor").Finish(), 1u);

@@ -114,4 +114,33 @@ TEST(EffectModule, Settings_go_in_at_the_panel_and_come_back) {
               "DSP_Create\nDSP_ShowConfigBit 9 at 1,2 'loud'\nDSP_RemoveConfigBit 9\nDSP_Destroy\n");
 }
 
+TEST(EffectModule, Every_entry_gets_what_it_is_called_with) {
+    const TempFolder folder;
+    const PlacedModule module(folder, u"DSPs/echo", "scripted_effect", "length|5\nset|0\nafter|0\n");
+    clQvDSP effect;
+    clCodecQueryRec query = {};
+    clEffectSessionRec session = {};
+    clBlockRec block = {}, out = {};
+    session.settings = ToQvText(u"wet");
+    block.finished = 1;
+    EXPECT_FALSE(effect.BeginConversion(&session) ||
+                 effect.PassAudioBlock(&block, &out));  // nothing is there
+    ASSERT_TRUE(effect.Load(module.Path().c_str()) && effect.Create(kNoLog));
+    EXPECT_TRUE(effect.Get(u"a", &query));
+    EXPECT_FALSE(effect.Set(u"b", &query));
+    EXPECT_TRUE(effect.BeginConversion(&session));
+    EXPECT_EQ(std::uint64_t{session.lengthMs}, 5u);
+    EXPECT_TRUE(effect.PassNonLive(&block));
+    EXPECT_TRUE(effect.PassAudioBlock(&block, &out));
+    EXPECT_EQ(std::uint32_t{out.finished}, 1u);
+    EXPECT_TRUE(effect.EndConversion(&session));
+    EXPECT_FALSE(effect.AfterConversion(u"file"));
+    effect.Unload();
+    EXPECT_EQ(module.TakeJournal(),
+              "DSP_Create\nDSP_Get a\nDSP_Set b\nDSP_BeginConversion 'wet' format 0/0/0/0 length 0 wants 0\n"
+              "DSP_PassNonLive 0 sum 0 finished 1 format 0/0/0/0\n"
+              "DSP_PassAudioBlock 0 sum 0 finished 1 format 0/0/0/0\n"
+              "DSP_EndConversion\nDSP_AfterConversion file\nDSP_Destroy\n");
+}
+
 }  // namespace

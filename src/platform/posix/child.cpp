@@ -38,6 +38,13 @@ int LeftUntil(const Deadline& deadline, int most) {
 
 }  // namespace
 
+bool SetNiceValue(pid_t process, std::int32_t priority, std::uint32_t priorityClass) {
+    const int nice = NiceValueOf(priority, priorityClass);
+    return ForEachTask(process, [nice](pid_t task) {
+        return setpriority(PRIO_PROCESS, static_cast<id_t>(task), nice) == 0;
+    });
+}
+
 void Child::Begin(pid_t id) {
     mId = id;
     mEnd = Descriptor(RaiseDescriptor(static_cast<int>(syscall(SYS_pidfd_open, id, 0))));
@@ -118,15 +125,10 @@ bool Child::SetPriorityClass(std::uint32_t priorityClass) {
     return Apply(mThreadPriority, priorityClass);
 }
 
-// What could not be applied is not remembered either. A nice value is a thread's own
-// here, so every thread gets it.
+// What could not be applied is not remembered either.
 bool Child::Apply(std::int32_t priority, std::uint32_t priorityClass) {
     if (HasEnded()) return Fail(kErrorAccessDenied);
-    const int nice = NiceValueOf(priority, priorityClass);
-    const auto apply = [nice](pid_t task) {
-        return setpriority(PRIO_PROCESS, static_cast<id_t>(task), nice) == 0;
-    };
-    if (!ForEachTask(mId, apply)) return FailWithErrno();
+    if (!SetNiceValue(mId, priority, priorityClass)) return FailWithErrno();
     mThreadPriority = priority;
     mPriorityClass = priorityClass;
     return true;

@@ -12,6 +12,10 @@
 
 namespace platform::posix {
 
+// The nice value of both halves together. It is a thread's own here, so every thread of the process gets it.
+// False with errno.
+bool SetNiceValue(pid_t process, std::int32_t priority, std::uint32_t priorityClass);
+
 class Child {
   public:
     static constexpr std::uint32_t kNoCount = 0xFFFFFFFF;

@@ -74,6 +74,10 @@ bool SetClass(Handle handle, std::uint32_t priorityClass) {
     return process && process->Get().SetPriorityClass(priorityClass);
 }
 
+bool SetOwn(std::int32_t priority, std::uint32_t priorityClass) {
+    return SetNiceValue(getpid(), priority, priorityClass) ? true : FailWithErrno();
+}
+
 bool ExitCode(Handle handle, std::uint32_t* exitCode) {
     ProcessHandle* const process = ObjectAs<ProcessHandle>(handle);
     return process && process->Get().GetExitCode(exitCode);
@@ -108,6 +112,7 @@ constinit Operation<std::uint32_t(Handle)> SuspendThread{&Suspend};
 constinit Operation<std::uint32_t(Handle)> ResumeThread{&Resume};
 constinit Operation<bool(Handle, std::int32_t)> SetThreadPriority{&SetPriority};
 constinit Operation<bool(Handle, std::uint32_t)> SetPriorityClass{&SetClass};
+constinit Operation<bool(std::int32_t, std::uint32_t)> SetOwnPriority{&SetOwn};
 constinit Operation<bool(Handle, std::uint32_t*)> GetExitCodeProcess{&ExitCode};
 constinit Operation<bool(Handle)> TerminateProcess{&Terminate};
 constinit Operation<bool(std::uint64_t)> SetProcessAffinityMask{&SetAffinity};

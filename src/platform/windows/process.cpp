@@ -116,6 +116,12 @@ constinit Operation<bool(Handle, std::uint32_t)> SetPriorityClass{
         return ::SetPriorityClass(Native(process), priorityClass) != 0;
     }};
 
+constinit Operation<bool(std::int32_t, std::uint32_t)> SetOwnPriority{
+    [](std::int32_t priority, std::uint32_t priorityClass) {
+        return ::SetThreadPriority(::GetCurrentThread(), priority) &&
+               ::SetPriorityClass(::GetCurrentProcess(), priorityClass);
+    }};
+
 constinit Operation<bool(Handle, std::uint32_t*)> GetExitCodeProcess{&ExitCodeOfEnded};
 
 constinit Operation<bool(Handle)> TerminateProcess{

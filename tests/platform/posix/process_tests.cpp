@@ -262,6 +262,21 @@ TEST(PosixProcesses, have_one_nice_value_for_both_halves_of_a_priority) {
     child.Finish();
 }
 
+// Tells by its exit code what every thread of it got.
+CHILD_PROGRAM(step_back_with_a_thread) {
+    const int before = getpriority(PRIO_PROCESS, 0);
+    const bool lowered = SetOwnPriority(kThreadPriorityBelowNormal, kNormalPriorityClass);
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        const auto number = static_cast<id_t>(std::stoi(task.path().filename()));
+        if (getpriority(PRIO_PROCESS, number) != std::max(before, 5)) return 1;
+    }
+    return lowered ? 0 : 2;
+}
+
+TEST(PosixProcesses, lower_all_their_own_threads_at_once) {
+    EXPECT_EQ(RunningChild("step_back_with_a_thread").Finish(), 0u);
+}
+
 TEST(PosixProcesses, a_handle_of_the_other_kind_is_refused) {
     const auto name = UniqueName("end");
     const OwnedEvent end = Create(name);
