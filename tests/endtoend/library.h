@@ -16,6 +16,11 @@
     X(QACGetEncoder) \
     X(QACGetDecoder) \
     X(QACGetDSP) \
+    X(QACReadAudioProperties) \
+    X(QACReadAudioPropStrings) \
+    X(QACReadIDTag) \
+    X(QACWriteIDTag) \
+    X(QACDeleteIDTag) \
     X(QACAddIDTagToList) \
     X(QACClearIDTagList) \
     X(QACReadIDTagList) \
@@ -30,7 +35,14 @@
     X(QACSetPriority) \
     X(QACSetPause) \
     X(QACSetCancelled) \
-    X(QACSetCPU)
+    X(QACSetCPU) \
+    X(QADOpenFile) \
+    X(QADDecodeBlock) \
+    X(QADSetPosition) \
+    X(QADCloseFile) \
+    X(QAEOpenFile) \
+    X(QAEEncodeBlock) \
+    X(QAECloseFile)
 // clang-format on
 
 class Library {

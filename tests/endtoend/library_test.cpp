@@ -40,6 +40,13 @@ TEST_F(BuiltLibrary, Refuses_a_null_handle_everywhere_and_writes_nothing) {
     const std::pair<const char*, std::int32_t> results[] = {
         {"QACGetLastError", library.QACGetLastError(nullptr, Out(first))},
         {"QACGetLastInfo", library.QACGetLastInfo(nullptr, Out(first))},
+        {"QACReadAudioProperties",
+         library.QACReadAudioProperties(nullptr, text, nullptr, nullptr, nullptr, nullptr)},
+        {"QACReadAudioPropStrings",
+         library.QACReadAudioPropStrings(nullptr, text, 0, Out(first), Out(second))},
+        {"QACReadIDTag", library.QACReadIDTag(nullptr, text, 0, Out(first), Out(second), nullptr, nullptr)},
+        {"QACWriteIDTag", library.QACWriteIDTag(nullptr, text, text, text, nullptr, nullptr)},
+        {"QACDeleteIDTag", library.QACDeleteIDTag(nullptr, text, text)},
         {"QACAddIDTagToList", library.QACAddIDTagToList(nullptr, text, text)},
         {"QACClearIDTagList", library.QACClearIDTagList(nullptr)},
         {"QACReadIDTagList", library.QACReadIDTagList(nullptr, 0, Out(first), Out(second))},
@@ -55,6 +62,13 @@ TEST_F(BuiltLibrary, Refuses_a_null_handle_everywhere_and_writes_nothing) {
         {"QACSetPause", library.QACSetPause(nullptr, 1)},
         {"QACSetCancelled", library.QACSetCancelled(nullptr)},
         {"QACSetCPU", library.QACSetCPU(nullptr, 1)},
+        {"QADOpenFile", library.QADOpenFile(nullptr, text, nullptr, nullptr)},
+        {"QADDecodeBlock", library.QADDecodeBlock(nullptr, nullptr, &percent, &percent, nullptr)},
+        {"QADSetPosition", library.QADSetPosition(nullptr, 1)},
+        {"QADCloseFile", library.QADCloseFile(nullptr)},
+        {"QAEOpenFile", library.QAEOpenFile(nullptr, text, text, text, nullptr)},
+        {"QAEEncodeBlock", library.QAEEncodeBlock(nullptr, nullptr, &percent, &percent)},
+        {"QAECloseFile", library.QAECloseFile(nullptr)},
     };
     for (const auto& [name, result] : results) EXPECT_EQ(result, QV_NOTHING) << name;
     EXPECT_EQ(std::u16string(first), u"#1");
