@@ -107,6 +107,16 @@ TEST_P(QuaverTags, Hold_pictures_of_several_kinds) {
     EXPECT_EQ(files.Read(u"out.png"), kJpeg);
 }
 
+TEST_P(QuaverTags, Say_what_is_too_large_to_be_shown) {
+    const std::u16string large = files.Write(u"large.jpg", kJpeg + std::string(1200000, 'l'));
+    Change({u"-s", u"TITLE=t", u"--art-in", large});
+    EXPECT_EQ(Values("TITLE"), Texts{"t"});
+    EXPECT_TRUE(Ask().at("art").empty());
+    Expect({u"tags", song}, kDone, "PICTURE of 1200504 bytes is left out");
+    Expect({u"tags", u"-q", song}, kDone);
+    EXPECT_EQ(errors, "");
+}
+
 TEST_P(QuaverTags, Leave_the_audio_as_it_is) {
     Expect({u"decode", u"--raw", song}, kDone);
     const std::string audio = output;

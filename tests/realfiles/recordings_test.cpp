@@ -145,9 +145,11 @@ TEST(Recordings, Convert_without_a_sample_lost) {
     const TempFolder folder;
     ForEach([&](const Recording& recording, std::size_t index) {
         const std::string number = std::to_string(index);
-        const std::u16string extension = recording.Extension() == "wav" ? u".flac" : u".wav";
-        const std::u16string target = folder / (std::u16string(number.begin(), number.end()) + extension);
-        Answer({u"convert", u"--quiet", recording.Path(), target});
+        const bool toFlac = recording.Extension() == "wav";
+        const std::u16string target =
+            folder / (std::u16string(number.begin(), number.end()) + (toFlac ? u".flac" : u".wav"));
+        // Named, since to find an encoder all of them are loaded.
+        Answer({u"convert", u"--quiet", u"-e", toFlac ? u"FLAC" : u"Wave", recording.Path(), target});
         const std::string samples = DecodedSamples(target);
         EXPECT_EQ(samples.size(), recording.AudioBytes());
         if (recording.audio) {

@@ -27,6 +27,14 @@ std::vector<ModuleRow> Offered(std::vector<ModuleRow> rows) {
     return rows;
 }
 
+// What the library says of its own calls.
+bool IsOfLibrary(std::u16string_view line) {
+    constexpr std::u16string_view kBeginnings[] = {u"Reading ", u"Writing ID tag", u"Deleting ",
+                                                   u"Finished "};
+    return std::any_of(std::begin(kBeginnings), std::end(kBeginnings),
+                       [&](std::u16string_view beginning) { return line.starts_with(beginning); });
+}
+
 // Cuts the line that holds the mark out of the text. False when there is none.
 bool CutMark(std::u16string& text) {
     const std::size_t at = text.rfind(kMark);
@@ -64,6 +72,22 @@ std::u16string Host::TakeAllErrors() {
         errors += TakeErrors();
     }
     return errors;
+}
+
+// Information has a channel of its own, which is emptied after that of the errors: what was there when the first of
+// two marks came is there when the second has.
+Reports Host::TakeReports() {
+    Reports reports;
+    reports.errors = TakeAllErrors();
+    reports.errors += TakeAllErrors();
+    const std::u16string information = TakeInformation();
+    for (std::size_t at = 0; at < information.size();) {
+        const std::size_t end = std::min(information.find(u'\n', at), information.size() - 1) + 1;
+        const std::u16string line = information.substr(at, end - at);
+        if (!IsOfLibrary(line)) reports.remarks += line;
+        at = end;
+    }
+    return reports;
 }
 
 std::vector<ModuleRow> Host::Encoders() {

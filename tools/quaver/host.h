@@ -31,6 +31,11 @@ struct AudioNumbers {
     std::int64_t property = 0;
 };
 
+// What was reported: lines, each with its end.
+struct Reports {
+    std::u16string errors, remarks;
+};
+
 class Host {
   public:
     Host();
@@ -46,6 +51,8 @@ class Host {
 
     // Everything that was reported before this call, waiting for what is still on its way.
     std::u16string TakeAllErrors();
+    // The same of both texts, a moment longer. Of the information what modules say of their own accord.
+    Reports TakeReports();
 
     // Sorted by name, without what its module does not offer; the rows of one module in its own order.
     std::vector<ModuleRow> Encoders();

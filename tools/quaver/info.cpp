@@ -1,6 +1,7 @@
 #include "info.h"
 
 #include "decimal.h"
+#include "host.h"
 #include "json.h"
 #include "reading.h"
 #include "tally.h"
@@ -19,7 +20,8 @@ FileInfo Read(const std::u16string& file) {
     Host host;
     FileInfo info{file, {}, {}, {}};
     const bool good = host.ReadNumbers(file, info.numbers) && host.ReadProperties(file, info.properties);
-    info.reading = Conclude(host, good, u"'" + file + u"' can't be read: its decoder does not work.");
+    info.reading =
+        Conclude(good, host.TakeAllErrors(), u"'" + file + u"' can't be read: its decoder does not work.");
     return info;
 }
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
-#include "host.h"
 #include "terminal.h"
 
 struct Reading {
@@ -17,11 +17,10 @@ struct Reading {
     }
 };
 
-// What has come of it: `good` is the library's answer. It has a reason for a failure only where a module had
-// one; otherwise `excuse` takes its place. All of it is told.
-inline Reading Conclude(Host& host, bool good, const std::u16string& excuse) {
-    Reading reading{good, host.TakeAllErrors()};
-    if (!good && reading.errors.empty()) reading.errors = excuse + u"\n";
-    TellErrors(reading.errors);
-    return reading;
+// What has come of it: `good` is the library's answer, `errors` what it said. It has no reason for some failures;
+// `excuse` takes its place then. All of it is told.
+inline Reading Conclude(bool good, std::u16string errors, const std::u16string& excuse) {
+    if (!good && errors.empty()) errors = excuse + u"\n";
+    TellErrors(errors);
+    return {good, std::move(errors)};
 }

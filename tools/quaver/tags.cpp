@@ -20,20 +20,27 @@ struct FileTags {
     std::vector<TextRow> rows;
 };
 
-FileTags Read(const std::u16string& file) {
+// What came of the calls on a handle. What modules remark, of a tag that a file can't hold say, is told too.
+Reading Conclude(Host& host, bool good, bool quiet, const std::u16string& excuse) {
+    const Reports reports = host.TakeReports();
+    if (!quiet) TellErrors(reports.remarks);
+    return ::Conclude(good, reports.errors, excuse);
+}
+
+FileTags Read(const std::u16string& file, bool quiet) {
     Host host;
     FileTags tags{file, {}, {}};
     const bool good = host.ReadTags(file, tags.rows);
-    tags.reading = Conclude(host, good, u"'" + file + u"' can't be read: its decoder does not work.");
+    tags.reading = Conclude(host, good, quiet, u"'" + file + u"' can't be read: its decoder does not work.");
     return tags;
 }
 
 ExitCode Change(const TagChanges& changes, const std::u16string& file, bool quiet) {
     Host host;
     const bool good = changes.Apply(host, file);
-    const ExitCode code =
-        Conclude(host, good, u"The tags of '" + file + u"' can't be changed: its decoder does not work.")
-            .Code();
+    const Reading reading = Conclude(
+        host, good, quiet, u"The tags of '" + file + u"' can't be changed: its decoder does not work.");
+    const ExitCode code = reading.Code();
     if (code == ExitCode::kDone && !quiet) Tell(u"Changed the tags of '" + file + u"'");
     return code;
 }
@@ -95,7 +102,7 @@ void Write(JsonWriter& json, const FileTags& tags) {
 
 ExitCode SavePicture(const TagsOptions& options, const std::u16string& file) {
     const auto& [path, kind] = *options.pictureOut;
-    const FileTags tags = Read(file);
+    const FileTags tags = Read(file, options.quiet);
     if (!tags.reading.good) return tags.reading.Code();
     const auto row = std::find_if(tags.rows.begin(), tags.rows.end(), [&](const TextRow& candidate) {
         return !candidate.art.empty() && IsPicture(candidate.name, kind);
@@ -120,7 +127,7 @@ ExitCode Show(const TagsOptions& options) {
     bool said = true;
     json.BeginObject().Key(u"files").BeginArray();
     for (const std::u16string& file : options.files) {
-        const FileTags tags = Read(file);
+        const FileTags tags = Read(file, options.quiet);
         tally.Count(tags.reading.Code());
         if (options.json) {
             Write(json, tags);
