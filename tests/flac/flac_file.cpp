@@ -81,10 +81,18 @@ std::string Flac::Errors(const Decoding& decoding) const {
     return errors;
 }
 
+std::u16string Flac::Write(const std::string& bytes) {
+    modules.Decoder().Destroy();
+    return folder.Write(u"a.flac", bytes);
+}
+
+Decoding Flac::Decode(const std::string& bytes) {
+    return modules.Decode(Write(bytes));
+}
+
 void Flac::Open(const std::string& bytes) {
     clOpenFileRec record;
-    modules.Decoder().Destroy();  // lets go of the file before it is written anew
-    ASSERT_TRUE(modules.Open(folder.Write(u"a.flac", bytes), QV_OPEN_DECODING, record));
+    ASSERT_TRUE(modules.Open(Write(bytes), QV_OPEN_DECODING, record));
 }
 
 std::string Flac::From(std::int64_t frame) {

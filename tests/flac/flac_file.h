@@ -39,12 +39,13 @@ class Flac : public ::testing::Test {
     // The bytes of a file with this audio.
     std::string Encode(const QvFormatExtensible& format, const std::string& audio,
                        const char16_t* settings = u"");
-    Decoding Decode(const std::string& bytes) { return modules.Decode(folder.Write(u"a.flac", bytes)); }
+    Decoding Decode(const std::string& bytes);
     std::string Errors(const Decoding& decoding) const;  // in ASCII, without the file's name
 
     // From this frame of audio to the end.
     std::string From(std::int64_t frame);
     void Open(const std::string& bytes);
+    std::u16string Write(const std::string& bytes);  // lets go of the file before
 
     TempFolder folder;
     CodecModules modules{u"FLAC", u"FLAC"};
