@@ -91,8 +91,6 @@ XString HexText(std::span<const FLAC__byte> bytes) {
 bool clFlacStream::ReadHeaders() {
     mDecoder.reset(FLAC__stream_decoder_new());
     const bool good = mDecoder && Restart();
-    if (mFile.Error() != 0)
-        return Refuse(Joined({u"can't be read (error ", NumberText(mFile.Error()).Text(), u")"}).Text());
     if (!mHasStreamInfo) return Refuse(u"it is no FLAC file");
     if (!good) return Refuse(u"it ends before its audio");
     if (mStreamInfo.sample_rate == 0) return Refuse(u"its sample rate is 0");

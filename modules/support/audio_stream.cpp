@@ -4,15 +4,18 @@
 
 bool clAudioStream::Open(const char16_t* path) {
     mPath = path;
-    if (!mFile.Open(path)) {
-        return Refuse(
-            Joined({u"can't be opened (error ", XString::FromUInt64(mFile.Error()).Text(), u")"}).Text());
-    }
-    return ReadHeaders();
+    return mFile.Open(path) ? ReadHeaders() : RefuseFor(u"can't be opened (error ");
 }
 
+// A library that got no bytes may call it anything.
 bool clAudioStream::Refuse(const char16_t* why) {
+    if (mFile.Error() != 0) return RefuseFor(u"can't be read (error ");
     mLog.Error(mPath.Text(), why);
+    return false;
+}
+
+bool clAudioStream::RefuseFor(const char16_t* failure) {
+    mLog.Error(mPath.Text(), Joined({failure, XString::FromUInt64(mFile.Error()).Text(), u")"}).Text());
     return false;
 }
 

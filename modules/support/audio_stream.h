@@ -62,7 +62,8 @@ class clAudioStream {
     // Reads the headers from mFile and fills mFacts. Otherwise false, through Refuse.
     virtual bool ReadHeaders() = 0;
 
-    bool Refuse(const char16_t* why);  // always false
+    // Always false. A file that could not be read is refused for that, whatever is said here.
+    bool Refuse(const char16_t* why);
     // Reports damage, the first of a file only: one broken sector must not fill the host's error text.
     void Damage(const char16_t* what);
 
@@ -71,6 +72,8 @@ class clAudioStream {
     clStreamFacts mFacts;
 
   private:
+    bool RefuseFor(const char16_t* failure);
+
     XString mPath;
     bool mDamageReported = false;
 };
