@@ -1,6 +1,6 @@
-// Pages are those of RFC 3533: "OggS", version, flags, granule position, serial and page number, check sum, the
-// number of pieces, their lengths, and the pieces. The largest has 65307 bytes, so a window of twice that is
-// filled once for every page or more.
+// Pages are those of RFC 3533: "OggS", version, flags, granule position, serial and page number, check sum,
+// the number of pieces, their lengths, and the pieces. The largest has 65307 bytes, so a window of twice that
+// is filled once for every page or more.
 #include "modules/support/ogg_page.h"
 
 #include <algorithm>
@@ -65,9 +65,10 @@ const char16_t* NameOf(std::span<const std::uint8_t> packet) {
 
 // The next `count` bytes, or as many as there are.
 std::span<const std::uint8_t> clOggPages::Look(std::uint32_t count) {
-    const bool isBehind = mPosition >= mWindowPosition && mPosition - mWindowPosition <= mWindow.size();
-    std::size_t start = isBehind ? static_cast<std::size_t>(mPosition - mWindowPosition) : mWindow.size();
-    if (mWindow.size() - start < count && mWindowPosition + mWindow.size() != mFile.Size()) {
+    const std::uint64_t windowEnd = mWindowPosition + mWindow.size();
+    const bool isInside = mPosition >= mWindowPosition && mPosition <= windowEnd;
+    std::size_t start = isInside ? static_cast<std::size_t>(mPosition - mWindowPosition) : mWindow.size();
+    if (!isInside || (windowEnd - mPosition < count && windowEnd < mFile.Size())) {
         mWindow.erase(mWindow.begin(), mWindow.begin() + static_cast<std::ptrdiff_t>(start));
         mWindowPosition = mPosition;
         start = 0;
@@ -77,8 +78,8 @@ std::span<const std::uint8_t> clOggPages::Look(std::uint32_t count) {
         mFile.Read(mPosition + held, &mWindow[held], kWindowBytes - held, &got);
         mWindow.resize(held + got);
     }
-    return std::span<const std::uint8_t>(mWindow).subspan(
-        start, std::min<std::size_t>(count, mWindow.size() - start));
+    const std::span<const std::uint8_t> window(mWindow);
+    return window.subspan(start, std::min<std::size_t>(count, window.size() - start));
 }
 
 // Goes on to the next mark of a page; false when there is none, and all was passed over.

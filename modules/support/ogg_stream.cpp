@@ -1,18 +1,13 @@
 #include "modules/support/ogg_stream.h"
 
+#include <algorithm>
+
 #include "foundation/joined.h"
 #include "modules/support/channel_order.h"
 #include "modules/support/format_record.h"
 #include "modules/support/property_text.h"
 
 namespace {
-
-// Each part of a chain takes up to about twenty seeks to find. libvorbisfile goes one call deeper for each:
-// two thousand parts, for which so many seeks suffice, fit on any stack.
-constexpr std::uint32_t kMostSeeks = 10000;
-constexpr std::uint64_t kMostRounds = 16;
-constexpr std::uint64_t kMostReads = 100000;  // and those rounds
-constexpr std::uint32_t kReadBytes = 2048;    // that the libraries ask for at a time
 
 // The numbers that the libraries have in common.
 const char16_t* Explanation(int number) {
@@ -43,53 +38,57 @@ XString NumberOrWords(int number) {
 
 }  // namespace
 
-void clOggCursor::BeginCall() {
-    mSeeks = 0;
-    mReads = 0;
-}
-
-bool clOggCursor::Read(void* to, std::size_t count, std::size_t* got) {
-    *got = 0;
-    if (++mReads > kMostReads + kMostRounds * (mFile.Size() / kReadBytes)) mIsExhausted = true;
-    if (mIsExhausted || !mCursor.Read(to, count, got)) return false;
-    return *got > 0 || mCursor.IsAtEnd();
-}
-
-bool clOggCursor::Seek(std::int64_t offset, int whence) {
-    if (++mSeeks > kMostSeeks) mIsExhausted = true;
-    return !mIsExhausted && mCursor.Seek(offset, whence);
-}
-
 bool clOggStream::ReadHeaders() {
-    const int result = OpenLibrary();
-    if (result < 0) return RefuseFor(result);
+    const std::vector<clOggPart> parts = FindOggParts(mFile, kMostParts);
+    const int trouble = OpenPart(parts[0]);
+    if (trouble < 0) return RefuseFor(trouble);
+    if (!TakeFormat()) return Refuse(u"its channels and sample rate make no sense");
+    Describe();
+    TakeParts(parts);
+    const int again = parts.size() > 1 ? OpenPart(parts[0]) : 0;
+    return again >= 0 || RefuseFor(again);
+}
+
+int clOggStream::OpenPart(const clOggPart& bytes) {
+    mCursor.ShowOnly(bytes);
+    return OpenLibrary();
+}
+
+bool clOggStream::TakeFormat() {
+    constexpr std::uint64_t kMostBytesPerSecond = 0xFFFFFFFF;
+    const Sound sound = OpenSound();
+    if (sound.channels == 0 || sound.rate == 0 ||
+        sound.rate > kMostBytesPerSecond / sizeof(float) / sound.channels)
+        return false;
     mFacts.container = u"Ogg";
     mFacts.codec = CodecName();
+    mFacts.rate = static_cast<std::uint32_t>(sound.rate);
+    mFacts.channels = static_cast<std::uint16_t>(sound.channels);
     mFacts.bits = 32;
     mFacts.isFloat = true;
-    if (!TakeParts()) return Refuse(u"its channels and sample rate make no sense");
-    Describe();
+    mFacts.channelMask = UsualMask(mFacts.channels);
+    mPlaces = VorbisOrder(mFacts.channels);
     return true;
 }
 
-bool clOggStream::TakeParts() {
-    constexpr std::uint64_t kMostBytesPerSecond = 0xFFFFFFFF;
-    const Part first = PartAt(0);
-    if (first.channels == 0 || first.rate == 0 ||
-        first.rate > kMostBytesPerSecond / sizeof(float) / first.channels)
-        return false;
-    mFacts.rate = static_cast<std::uint32_t>(first.rate);
-    mFacts.channels = static_cast<std::uint16_t>(first.channels);
-    mFacts.channelMask = UsualMask(mFacts.channels);
-    mPlaces = VorbisOrder(mFacts.channels);
+// Each part is opened to see how long it is; the first one is open already.
+void clOggStream::TakeParts(const std::vector<clOggPart>& parts) {
     std::uint64_t frames = 0;
-    for (mParts = 0; mParts < PartCount(); ++mParts) {
-        const Part part = PartAt(mParts);
-        if (part.rate != first.rate || part.channels != first.channels) break;
-        frames += part.frames;
+    for (const clOggPart& bytes : parts) {
+        const int trouble = mParts.empty() ? 0 : OpenPart(bytes);
+        const Sound sound = trouble < 0 ? Sound{mFacts.rate, mFacts.channels, 0} : OpenSound();
+        if (sound.rate != mFacts.rate || sound.channels != mFacts.channels) {
+            mRest = Joined({u"goes on behind frame ", NumberText(frames).Text(),
+                            u" with another sample rate or other channels, which is left out"});
+            break;
+        }
+        mParts.push_back({bytes, frames, sound.frames, trouble});
+        frames += sound.frames;
     }
+    if (mRest.IsEmpty() && parts.back().end < mFile.Size())
+        mRest = Joined({u"has more than ", NumberText(kMostParts).Text(), u" parts, which are left out"});
     mFacts.frames = frames;
-    return true;
+    mPartCount = parts.size();
 }
 
 bool clOggStream::RefuseFor(int number) {
@@ -103,62 +102,88 @@ bool clOggStream::RefuseFor(int number) {
 
 XString clOggStream::WhyNot(int number) const {
     if (mFile.Error() != 0) return Joined({u"can't be read (error ", NumberText(mFile.Error()).Text(), u")"});
-    if (mCursor.IsExhausted()) return XString(u"has more parts than can be looked through");
+    if (mCursor.IsExhausted())
+        return XString(u"is so put together that the decoder does not find through it");
     return NumberOrWords(number);
 }
 
 std::span<const std::uint8_t> clOggStream::Read() {
     while (!mIsOver) {
         mCursor.BeginCall();
-        const Piece piece = Decode();
-        if (piece.frames > 0 && piece.part < mParts) {
-            Watch();
-            return {reinterpret_cast<const std::uint8_t*>(mBlock.data()),
-                    static_cast<std::size_t>(piece.frames) * FrameBytes(mFacts)};
-        }
-        mIsOver = piece.frames != kGap;
-        if (mIsOver)
-            ReportEnd(piece);
-        else
-            Watch();
+        const int result = FramesLeft() > 0 ? Decode() : 0;
+        if (result > 0) return HandOut(static_cast<std::size_t>(result));
+        GoOnAfter(result);
     }
     return {};
 }
 
+// Of the part that is open. A packet that reaches beyond is not sound to its end.
+std::uint64_t clOggStream::FramesLeft() const {
+    const Part& part = mParts[mPart];
+    if (part.trouble < 0) return 0;
+    return part.frames - std::min(part.frames, mPosition - part.firstFrame);
+}
+
+std::span<const std::uint8_t> clOggStream::HandOut(std::size_t frames) {
+    frames = static_cast<std::size_t>(std::min<std::uint64_t>(frames, FramesLeft()));
+    Watch();
+    mPosition += frames;
+    return {reinterpret_cast<const std::uint8_t*>(mBlock.data()), frames * FrameBytes(mFacts)};
+}
+
+void clOggStream::GoOnAfter(int result) {
+    Watch();
+    if (result == kGap) return Damage(u"a stretch of its audio can't be decoded");  // and its pages are good
+    if (mFile.Error() != 0 || mCursor.IsExhausted()) {
+        mIsOver = true;
+        return Damage(WhyNot(result).Text());
+    }
+    if (result < 0) Damage(Joined({u"can't be decoded any further: ", NumberOrWords(result).Text()}).Text());
+    if (mPart + 1 == mParts.size()) return ReportEnd();
+    mPosition = mParts[mPart + 1].firstFrame;
+    GoToPart(mPart + 1);
+}
+
+// One that can't be decoded is told and has no frames.
+bool clOggStream::GoToPart(std::size_t index) {
+    mPart = index;
+    Part& part = mParts[index];
+    if (part.trouble >= 0) part.trouble = OpenPart(part.bytes);
+    if (part.trouble >= 0) return true;
+    Damage(Joined({u"its part at byte ", NumberText(part.bytes.begin).Text(), u" can't be decoded: ",
+                   WhyNot(part.trouble).Text()})
+               .Text());
+    return false;
+}
+
 void clOggStream::Watch() {
-    const XString trouble = mWatch.LookTo(BytesTaken());
+    const XString trouble = mWatch.LookTo(mParts[mPart].bytes.begin + BytesTaken());
     if (!trouble.IsEmpty()) Damage(trouble.Text());
 }
 
-void clOggStream::ReportEnd(const Piece& piece) {
-    if (piece.frames > 0) {
-        return Damage(Joined({u"goes on behind frame ", NumberText(*mFacts.frames).Text(),
-                              u" with another sample rate or other channels, which is left out"})
-                          .Text());
-    }
-    if (mFile.Error() == 0) {
-        const XString trouble = mWatch.LookToEnd();
-        if (!trouble.IsEmpty()) Damage(trouble.Text());
-    }
-    if (mFile.Error() != 0 || mCursor.IsExhausted()) return Damage(WhyNot(piece.frames).Text());
-    if (piece.frames < 0)
-        Damage(Joined({u"can't be decoded any further: ", NumberOrWords(piece.frames).Text()}).Text());
+void clOggStream::ReportEnd() {
+    mIsOver = true;
+    const XString trouble = mRest.IsEmpty() ? mWatch.LookToEnd() : mRest;
+    if (!trouble.IsEmpty()) Damage(trouble.Text());
 }
 
 bool clOggStream::Seek(std::uint64_t frame) {
     mIsOver = frame >= *mFacts.frames;
+    mPosition = frame;
     if (mIsOver) return true;
+    std::size_t index = mParts.size() - 1;
+    while (mParts[index].firstFrame > frame) --index;
+    mIsOver = index != mPart && !GoToPart(index);
+    if (mIsOver) return false;
     mCursor.BeginCall();
-    const int result = SeekLibrary(frame);
-    if (result >= 0) {
-        mWatch.GoTo(BytesTaken());
-        return true;
-    }
+    const int result = SeekLibrary(frame - mParts[index].firstFrame);
+    mWatch.GoTo(mParts[index].bytes.begin + BytesTaken());
+    if (result >= 0) return true;
     mIsOver = true;
     Damage(Joined({u"can't go to frame ", NumberText(frame).Text(), u": ", WhyNot(result).Text()}).Text());
     return false;
 }
 
 void clOggStream::AddPropertyRows(clIDTagList& rows) const {
-    if (PartCount() > 1) rows.Add(u"Parts", NumberText(static_cast<std::uint64_t>(PartCount())).Text());
+    if (mPartCount > 1) rows.Add(u"Parts", NumberText(mPartCount).Text());
 }

@@ -46,15 +46,16 @@ bool clOggWatch::HaveAllEnded() const {
 
 // The first streams, or those of a next part of the file, before which all others must have ended.
 XString clOggWatch::CheckBeginning(const clOggPage& page) {
-    XString trouble;
+    const XString position = NumberText(page.position);
     if (!mIsAmongBeginnings) {
         if (!HaveAllEnded())
-            trouble = Joined(
-                {u"a stream has no end before that at byte ", NumberText(page.position).Text(), u" begins"});
+            return Joined({u"a stream has no end before that at byte ", position.Text(), u" begins"});
+        if (mStreams.contains(page.serial))
+            return Joined(
+                {u"the stream that begins at byte ", position.Text(), u" has the number of that before it"});
         mStreams.clear();
     }
-    mIsAmongBeginnings = true;
-    return trouble;
+    return XString();
 }
 
 XString clOggWatch::Check(const clOggPage& page) {
@@ -63,16 +64,15 @@ XString clOggWatch::Check(const clOggPage& page) {
     if (page.skipped > 0 && !isFresh)
         return Joined({NumberText(page.skipped).Text(), u" bytes in front of byte ", position.Text(),
                        u" are no whole page of Ogg"});
-    XString trouble;
-    if (page.begins) trouble = CheckBeginning(page);
+    if (page.begins) {
+        const XString trouble = CheckBeginning(page);
+        if (!trouble.IsEmpty()) return trouble;
+    }
     mIsAmongBeginnings = page.begins;
     const auto stream = mStreams.find(page.serial);
-    if (stream != mStreams.end()) {
-        if (page.number != stream->second.next)
-            trouble = Joined({u"pages are missing in front of byte ", position.Text()});
-        stream->second = {page.number + 1, page.ends};
-    } else if (mStreams.size() < kMostStreams) {
+    const bool isMissed = stream != mStreams.end() && page.number != stream->second.next;
+    if (isMissed) return Joined({u"pages are missing in front of byte ", position.Text()});
+    if (stream != mStreams.end() || mStreams.size() < kMostStreams)
         mStreams[page.serial] = {page.number + 1, page.ends};
-    }
-    return trouble;
+    return XString();
 }

@@ -1,7 +1,7 @@
 // clVorbisEncoder: Ogg Vorbis, written by libvorbisenc.
 //
-// Length is exact: the last page says where the last frame ends. Nothing is resampled; what the library has no
-// mode for is refused.
+// Length is exact: the last page says where the last frame ends. Nothing is resampled; what the library has
+// no mode for is refused.
 #pragma once
 
 #include <memory>

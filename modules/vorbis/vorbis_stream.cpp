@@ -60,41 +60,35 @@ clVorbisStream::~clVorbisStream() {
 }
 
 int clVorbisStream::OpenLibrary() {
+    ov_clear(mDecoder.get());
     return ov_open_callbacks(&mCursor, mDecoder.get(), nullptr, 0,
                              {ReadBytes, SeekBytes, nullptr, TellBytes});
 }
 
-int clVorbisStream::PartCount() const {
-    return static_cast<int>(ov_streams(mDecoder.get()));
-}
-
-clOggStream::Part clVorbisStream::PartAt(int index) const {
-    const vorbis_info* info = ov_info(mDecoder.get(), index);
+clOggStream::Sound clVorbisStream::OpenSound() const {
+    const vorbis_info* info = ov_info(mDecoder.get(), 0);
     return {NotNegative(info->rate), NotNegative(info->channels),
-            NotNegative(ov_pcm_total(mDecoder.get(), index))};
+            NotNegative(ov_pcm_total(mDecoder.get(), 0))};
 }
 
 void clVorbisStream::Describe() {
     const char* vendor = ov_comment(mDecoder.get(), 0)->vendor;
     if (vendor)
         mFacts.encoder = TextFromBytes(reinterpret_cast<const std::uint8_t*>(vendor), std::strlen(vendor));
-    if (ov_pcm_total(mDecoder.get(), -1) > 0)
-        mFacts.bitRate = static_cast<std::uint32_t>(NotNegative(ov_bitrate(mDecoder.get(), -1)));
 }
 
-clOggStream::Piece clVorbisStream::Decode() {
+int clVorbisStream::Decode() {
     float** planes = nullptr;
     int part = 0;
-    const long frames = ov_read_float(mDecoder.get(), &planes, kMostFrames, &part);
+    const int frames = static_cast<int>(ov_read_float(mDecoder.get(), &planes, kMostFrames, &part));
+    if (frames <= 0 || part != 0) return std::min(frames, 0);
     const std::size_t channels = mFacts.channels;
-    if (frames <= 0 || ov_info(mDecoder.get(), part)->channels != mFacts.channels)
-        return {static_cast<int>(frames), part};
     mBlock.resize(static_cast<std::size_t>(frames) * channels);
     for (std::size_t channel = 0; channel < channels; ++channel) {
-        float* to = &mBlock[PlaceOf(channel)];
-        for (long i = 0; i < frames; ++i, to += channels) *to = planes[channel][i];
+        float* to = mBlock.data() + PlaceOf(channel);
+        for (int i = 0; i < frames; ++i, to += channels) *to = planes[channel][i];
     }
-    return {static_cast<int>(frames), part};
+    return frames;
 }
 
 int clVorbisStream::SeekLibrary(std::uint64_t frame) {

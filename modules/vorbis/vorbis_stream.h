@@ -20,10 +20,9 @@ class clVorbisStream : public clOggStream {
   private:
     const char16_t* CodecName() const override { return u"Vorbis"; }
     int OpenLibrary() override;
-    int PartCount() const override;
-    Part PartAt(int index) const override;
+    Sound OpenSound() const override;
     void Describe() override;
-    Piece Decode() override;
+    int Decode() override;
     int SeekLibrary(std::uint64_t frame) override;
     std::uint64_t BytesTaken() const override;
 
