@@ -17,7 +17,7 @@ struct Recording {
     std::uint32_t rate = 0, channels = 0, bits = 0;
     std::uint64_t frames = 0;
     std::optional<std::uint32_t> audio = {};  // the checksum of the samples, where they are exact
-    double loudness = 0.0;               // root mean square, where they are not
+    double loudness = 0.0;                    // root mean square, where they are not
     std::optional<Fields> tags = {};          // names in capitals, where they are text
 
     std::u16string Path() const;    // as this system spells it
