@@ -132,7 +132,7 @@ bool Try(TagContainer container, Change change) {
     gOpen.clear();
     const bool isChanged = change();
     Require(gFiles.size() == 1);
-    Require(isChanged ? HasSameAudio(container, before) : gFiles[kFile] == before);
+    Require(gFiles[kFile] == before || (isChanged && HasSameAudio(container, before)));
     return isChanged;
 }
 

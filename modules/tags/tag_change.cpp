@@ -12,7 +12,9 @@
 #include "foundation/joined.h"
 #include "foundation/output_file.h"
 #include "foundation/paths.h"
+#include "modules/support/chunk_walk.h"
 #include "modules/support/file_writer.h"
+#include "modules/support/little_endian.h"
 #include "modules/tags/audio_ranges.h"
 #include "modules/tags/id3_names.h"
 #include "modules/tags/picture_kinds.h"
@@ -27,6 +29,13 @@ constexpr std::uint64_t kLargestChunked = 0xFFFFFFFF;
 
 bool IsChunked(TagContainer container) {
     return container == TagContainer::wave || container == TagContainer::aiff;
+}
+
+// Its sizes stand elsewhere, where TagLib doesn't know of them.
+bool IsRf64(clFileReader& file) {
+    std::uint8_t head[4];
+    return file.Fetch(0, head, sizeof head) &&
+           (Get32(head) == ChunkId("RF64") || Get32(head) == ChunkId("BW64"));
 }
 
 bool HasId3(TagContainer container) {
@@ -75,6 +84,7 @@ bool clTagChange::Open() {
         return Fail(u"it is read-only");
     if (!mFile.Open(mPath)) return FailWithError(u"it can't be opened", mFile.Error());
     if (mContainer == TagContainer::none) return Fail(u"this kind of file has none");
+    if (mContainer == TagContainer::wave && IsRf64(mFile)) return Fail(u"those of RF64 files are only read");
     const bool hasAudio = FindAudio(mContainer, mFile) != nullptr;
     if (hasAudio) {
         mStream = std::make_unique<clTagStream>(mFile);

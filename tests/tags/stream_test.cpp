@@ -21,7 +21,7 @@ class Stream : public testing::Test {
         for (int i = 0; i < 20000; ++i) mTwin += static_cast<char>(mRandom());
         EXPECT_TRUE(mReader.Open(mFolder.Write(u"old", mTwin).c_str()));
     }
-    std::size_t Below(std::size_t bound) { return bound == 0 ? 0 : mRandom() % bound; }
+    std::uint32_t Below(std::size_t bound) { return static_cast<std::uint32_t>(mRandom() % bound); }
     std::string Random() {
         std::string bytes(Below(4) == 0 ? 6000 : Below(40), 'x');
         for (char& byte : bytes) byte = static_cast<char>(mRandom());
@@ -38,11 +38,11 @@ TEST_F(Stream, Is_what_a_string_would_be) {
     clTagStream stream(mReader);
     EXPECT_FALSE(stream.IsChanged());
     for (int step = 0; step < 3000; ++step) {
-        const std::size_t at = Below(mTwin.size() + 1);
-        const std::size_t length = Below(8) == 0 ? 5000 : Below(30);
-        const std::size_t there = std::min(length, mTwin.size() - at);
+        const std::uint32_t at = Below(mTwin.size() + 1);
+        const std::uint32_t length = Below(8) == 0 ? 5000 : Below(30);
+        const std::size_t there = std::min<std::size_t>(length, mTwin.size() - at);
         const std::string bytes = Random();
-        const std::size_t kind = Below(5);
+        const std::uint32_t kind = Below(5);
         if (kind == 0) {
             stream.insert(Vector(bytes), at, length);
             mTwin.replace(at, there, bytes);
@@ -59,10 +59,10 @@ TEST_F(Stream, Is_what_a_string_would_be) {
             mTwin.resize(at);
         }
         ASSERT_EQ(stream.length(), static_cast<long>(mTwin.size()));
-        const std::size_t from = Below(mTwin.size() + 1);
+        const std::uint32_t from = Below(mTwin.size() + 1);
         stream.seek(static_cast<long>(from) - static_cast<long>(mTwin.size()), TagLib::IOStream::End);
         ASSERT_TRUE(stream.readBlock(length) == Vector(mTwin.substr(from, length))) << step;
-        EXPECT_EQ(stream.tell(), static_cast<long>(std::min(from + length, mTwin.size())));
+        EXPECT_EQ(stream.tell(), static_cast<long>(std::min<std::size_t>(from + length, mTwin.size())));
     }
     clFileWriter writer;
     ASSERT_TRUE(writer.Create((mFolder / u"new").c_str()));
