@@ -79,9 +79,10 @@ typedef struct clOpenFileRec {
 typedef struct clBlockRec {
     const uint8_t* data; /* PCM, or the coded data of the open file's format; whole frames */
     uint32_t bytes;      /* length of data */
-    uint8_t format[68];  /* encoder and effect, in: the first 40 bytes are the format of data. Out: leave alone */
-    uint64_t timecode;   /* decoder, out: a number of the module's own, kept with the block */
-    uint32_t finished;   /* above 0 with the last block, which may be empty */
+    uint8_t
+        format[68]; /* encoder and effect, in: the first 40 bytes are the format of data. Out: leave alone */
+    uint64_t timecode; /* decoder, out: a number of the module's own, kept with the block */
+    uint32_t finished; /* above 0 with the last block, which may be empty */
 } clBlockRec;
 
 /* One run of audio through an effect, from begin to end. */

@@ -20,7 +20,7 @@ class clFileWriter {
     bool Append(const void* data, std::uint32_t count);
     // Writes over bytes that stand there already, and goes on appending behind the end.
     bool Rewrite(std::uint64_t position, const void* data, std::uint32_t count);
-    bool Flush();  // waits until all of it has reached the disk
+    bool Flush();                                 // waits until all of it has reached the disk
     std::uint64_t Size() const { return mSize; }  // of what has been appended
     // True when everything up to here went well, closing included. Closing again fails.
     bool Close();

@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
+#include "modules/support/chunk_walk.h"
 #include "modules/support/file_reader.h"
 #include "modules/support/module_log.h"
-#include "modules/support/chunk_walk.h"
 #include "modules/wave/wave_format.h"
 
 class clWaveFile {

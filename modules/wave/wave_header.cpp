@@ -7,8 +7,8 @@
 
 #include "audio/format.h"
 #include "foundation/joined.h"
-#include "modules/support/little_endian.h"
 #include "modules/support/chunk_walk.h"
+#include "modules/support/little_endian.h"
 
 namespace {
 

@@ -139,7 +139,7 @@ TEST_F(EncodingXYZ, The_trace_has_a_leave_mark_only_where_it_went_well) {
                          leaveClose = Leave("clConverter::EncoderCloseFile");
     const auto loading = [&](const char16_t* name) {
         return Enter("clQvCodecHandler::LoadEncoder") + u"Loading Encoder '" +
-               (home.Folder() / (u"encoder/" + std::u16string(name) + platform::kModuleExtension)) +
+               (home.Folder() / (u"encoder/" + std::u16string(name) + platform::kNamedModuleExtension)) +
                u"'\r\n" + Leave("clQvCodecHandler::LoadEncoder");
     };
     Trace trace(host);

@@ -9,7 +9,7 @@ namespace {
 DecoderDouble* gDecoder = nullptr;
 EncoderDouble* gEncoder = nullptr;
 
-constexpr std::size_t kLargestBlock = 1 << 20;
+constexpr std::size_t kLargestBlock = 10000;
 
 struct Entry {
     const char* name;
@@ -108,13 +108,14 @@ void DecoderDouble::Close(QvInstance, void* record) {
 
 std::int32_t DecoderDouble::DecodeBlock(QvInstance, clBlockRec* block) {
     DecoderDouble& self = *gDecoder;
-    std::fill(self.mLent.begin(), self.mLent.end(), std::uint8_t{0xFE});
+    std::fill_n(self.mLent.begin(), self.mLentBytes, std::uint8_t{0xFE});
     if (self.mFails++ < self.failsBeforeBlock) return 0;
     self.mFails = 0;
     const std::size_t left = self.stream.size() - std::min(self.position, self.stream.size());
     const std::size_t size = std::min<std::size_t>(self.blocks[self.blocksGiven % self.blocks.size()], left);
     std::copy_n(self.stream.begin() + static_cast<std::ptrdiff_t>(self.stream.size() - left), size,
                 self.mLent.begin());
+    self.mLentBytes = size;
     self.position += size;
     block->data = self.lendsNull ? nullptr : self.mLent.data();
     block->bytes = static_cast<std::uint32_t>(size);

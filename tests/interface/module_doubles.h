@@ -55,6 +55,7 @@ class DecoderDouble {
     static std::int32_t DeleteATag(QvInstance, const QvChar*, const QvChar*);
 
     Bytes mLent;  // the block that is out; overwritten before the next one
+    std::size_t mLentBytes = 0;
     int mFails = 0;
     Faulty<platform::GetProcAddress> mEntries;
 };
