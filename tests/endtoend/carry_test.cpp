@@ -26,7 +26,7 @@ std::vector<std::string> Extensions() {
 // A picture as far as anybody looks: the first bytes of a PNG file, and noise.
 std::string Picture() {
     std::string bytes = "\x89PNG\r\n\x1A\n";
-    for (int i = 0; i < 50000; ++i) bytes += static_cast<char>(i * i >> 3);
+    for (unsigned i = 0; i < 50000; ++i) bytes += static_cast<char>(i * i >> 3);
     return bytes;
 }
 

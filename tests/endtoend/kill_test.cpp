@@ -9,7 +9,7 @@
 
 #include "endtoend/conversion.h"
 #include "endtoend/converters.h"
-#include "endtoend/effort.h"
+#include "support/effort.h"
 #include "endtoend/program.h"
 #include "endtoend/recordings.h"
 #include "endtoend/stage.h"

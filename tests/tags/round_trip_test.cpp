@@ -4,11 +4,12 @@
 #include <array>
 #include <random>
 
+#include "support/effort.h"
 #include "tags/tag_files.h"
 
 namespace {
 
-constexpr int kSets = 200;
+constexpr int kSets = Times(200, 20, 20);
 
 bool IsXiph(TagContainer container) {
     return container == TagContainer::flac || container == TagContainer::oggVorbis ||

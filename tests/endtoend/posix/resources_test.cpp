@@ -11,7 +11,7 @@
 
 #include "endtoend/conversion.h"
 #include "endtoend/converters.h"
-#include "endtoend/effort.h"
+#include "support/effort.h"
 #include "endtoend/recordings.h"
 #include "endtoend/stage.h"
 #include "foundation/pipe.h"
