@@ -28,6 +28,7 @@ class DecodingHost : public testing::Test {
     DecodingHost() { host->moduleHandle = home.Self(); }
 
     std::int32_t Open(QvFormatExtensible request = {}) {
+        timers.Tick();  // nobody else empties the pipes, and they don't hold much
         format = request;
         return QADOpenFile(host.handle, In(file.c_str()), &format, &lengthMs);
     }
