@@ -18,9 +18,9 @@ struct Gain {
     FactorOf factor;
 };
 constexpr Gain kGains[] = {
-    {u"-gain=-6", [](std::size_t, std::size_t) { return std::pow(10, -6.0 / 20); }},
-    {u"-gain=3.5", [](std::size_t, std::size_t) { return std::pow(10, 3.5 / 20); }},
-    {u"-gain=-20", [](std::size_t, std::size_t) { return std::pow(10, -20.0 / 20); }},
+    {u"-gain=-6", [](std::size_t, std::size_t) { return 0.50118723362727228500; }},
+    {u"-gain=3.5", [](std::size_t, std::size_t) { return 1.49623565609443341188; }},
+    {u"-gain=-20", [](std::size_t, std::size_t) { return 0.1; }},
     {u"-gain=-100", [](std::size_t, std::size_t) { return 1e-5; }},
 };
 

@@ -81,6 +81,7 @@ std::string OggModules::Encode(std::uint32_t frames, std::uint32_t seed, std::ui
 
 std::string OggModules::Encode(const std::vector<float>& sound, const QvFormatExtensible& format,
                                const char16_t* settings) {
+    modules.Decoder().Destroy();  // lets go of the file
     EXPECT_TRUE(modules.Encode(folder / codec.file, format, BytesOf(sound), {65536}, settings));
     EXPECT_EQ(modules.Log().TakeErrors(), u"");
     return folder.Read(codec.file);
@@ -97,6 +98,7 @@ std::u16string OggModules::Refusal(const QvFormatExtensible& format, const char1
 }
 
 Decoding OggModules::Decode(std::string_view bytes) {
+    modules.Decoder().Destroy();
     Decoding decoding = modules.Decode(folder.Write(codec.file, bytes));
     EXPECT_EQ(decoding.finished, decoding.opened);
     return decoding;

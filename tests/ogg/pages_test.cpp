@@ -30,6 +30,7 @@ std::vector<Page> Stream(std::uint32_t serial) {
 class OggPages : public testing::Test {
   protected:
     clFileReader& Open(std::string_view bytes) {
+        mReader.Close();  // an open file can't be written everywhere
         EXPECT_TRUE(mReader.Open(mFolder.Write(u"a", bytes).c_str()));
         return mReader;
     }
