@@ -9,7 +9,6 @@
 
 #include "endtoend/conversion.h"
 #include "endtoend/converters.h"
-#include "support/effort.h"
 #include "endtoend/program.h"
 #include "endtoend/recordings.h"
 #include "endtoend/stage.h"
@@ -19,6 +18,7 @@
 #include "platform/clock.h"
 #include "platform/file.h"
 #include "platform/synchronisation.h"
+#include "support/effort.h"
 #include "support/faults.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // What shows only in the long run: thousands of handles and many conversions leave the process as it was.
 #include "endtoend/conversion.h"
-#include "support/effort.h"
 #include "endtoend/recordings.h"
 #include "endtoend/stage.h"
+#include "support/effort.h"
 #include "support/handle_gauge.h"
 
 using LongRun = Stage;

@@ -11,12 +11,12 @@
 
 #include "endtoend/conversion.h"
 #include "endtoend/converters.h"
-#include "support/effort.h"
 #include "endtoend/recordings.h"
 #include "endtoend/stage.h"
 #include "foundation/pipe.h"
 #include "platform/clock.h"
 #include "platform/pipe.h"
+#include "support/effort.h"
 #include "support/handle_gauge.h"
 
 namespace fs = std::filesystem;
