@@ -6,7 +6,7 @@
 
 class clOggCursor {
   public:
-    explicit clOggCursor(clFileReader& file) : mFile(file), mCursor(file) {}
+    explicit clOggCursor(clFileReader& file) : mCursor(file) {}
 
     void ShowOnly(const clOggPart& part);
     // A call of the library begins, during which it may read and seek a good deal; with more than that it
@@ -22,7 +22,6 @@ class clOggCursor {
   private:
     std::uint64_t Size() const { return mPart.end - mPart.begin; }
 
-    clFileReader& mFile;
     clReadCursor mCursor;
     clOggPart mPart{0, 0};
     std::uint64_t mCallsLeft = 0;
