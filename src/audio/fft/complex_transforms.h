@@ -1,0 +1,91 @@
+// The complex transforms, forward and backward, for every length. After a quad header.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "audio/fft/levels.h"
+#include "audio/fft/reordering.h"
+
+namespace {
+
+// Lengths whose power of two is even end in passes of 64 doubles, the others in passes of 128.
+inline bool EndsIn64(std::size_t n) {
+    while (n > kKernel32Pass) n >>= 2;
+    return n == 64;
+}
+
+inline void GatherLeaves(std::size_t n, const double* end, Leaves& leaves) {
+    const bool passes = n > kKernel32Pass;
+    if (EndsIn64(n)) {
+        leaves.sixteen = MakeKernel16Factors(end - 16);
+        if (passes) GatherColumnFactors(end, leaves.two);
+    } else {
+        leaves.thirtyTwo = MakeKernel32Factors(end);
+        if (passes) GatherColumnFactors(end, leaves.four);
+    }
+}
+
+inline void TwoPoints(double* a) {
+    const double re = a[0] - a[2];
+    const double im = a[1] - a[3];
+    a[0] += a[2];
+    a[1] += a[3];
+    a[2] = re;
+    a[3] = im;
+}
+
+// Four values, in natural order.
+inline void Kernel8Forward(double* a) {
+    FourPoints(a);
+    SwapComplex(a, 1, 2);
+}
+
+inline void Kernel8Backward(double* a) {
+    Kernel8Forward(a);
+    NegateIndex(8, a);
+}
+
+// What differs between the two ways.
+struct Way {
+    void (*firstPass)(std::size_t n, double* a, const double* table);
+    void (*reverse)(std::size_t n, std::int32_t* scratch, double* a);
+    void (*reverse32)(double* a);
+    void (*reverse16)(double* a);
+    void (*kernel8)(double* a);
+};
+
+constexpr Way kForward{FirstPassForward, BitReverse, BitReverse32, BitReverse16, Kernel8Forward};
+constexpr Way kForwardOfHalf{FirstPassOfHalf, BitReverse, BitReverse32, BitReverse16, Kernel8Forward};
+constexpr Way kBackward{FirstPassBackward, BitReverseConj, BitReverse32Neg, BitReverse16Neg, Kernel8Backward};
+
+template <const Way& way>
+void Transform(std::size_t n, double* a, std::int32_t* scratch, std::size_t nw, const double* twiddles) {
+    if (n > 32) {
+        way.firstPass(n, a, twiddles + nw - (n >> 2));
+        Tables tables;
+        tables.end = twiddles + nw;
+        GatherLeaves(n, tables.end, tables.leaves);
+        InnerLevels(n, a, tables);
+        way.reverse(n, scratch, a);
+    } else if (n == 32) {
+        Kernel32A(a, LoadElements(a, 8), MakeKernel32AFactors(twiddles + nw - 8));
+        way.reverse32(a);
+    } else if (n == 16) {
+        Kernel16A(a, Load(a), Load(a + 8), MakeKernel16AFactors(twiddles));
+        way.reverse16(a);
+    } else if (n == 8) {
+        way.kernel8(a);
+    } else if (n == 4) {
+        TwoPoints(a);
+    }
+}
+
+// Short arrays, which have no first pass, are filled up with the zeros.
+void TransformHalf(std::size_t n, double* a, std::int32_t* scratch, std::size_t nw, const double* twiddles) {
+    if (n <= 32) std::memset(a + n / 2, 0, n / 2 * sizeof(double));
+    Transform<kForwardOfHalf>(n, a, scratch, nw, twiddles);
+}
+
+}  // namespace

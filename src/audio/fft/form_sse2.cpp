@@ -1,0 +1,9 @@
+// The form for SSE2. The quad comes first: everything else is written with it.
+#include "audio/fft/quad_sse2.h"
+
+#include "audio/fft/complex_transforms.h"
+#include "audio/fft/form.h"
+#include "audio/fft/real_passes.h"
+
+const FftForm kSse2Fft = {Transform<kForward>, TransformHalf, Transform<kBackward>, RealPost, RealPre,
+                          RealProduct};
