@@ -1,0 +1,5 @@
+#include "settings/toolkit/draw_font.h"
+
+platform::Font XDrawFont::Create() const {
+    return platform::CreateFontIndirectW(face.IsEmpty() ? kFallbackFace : face.Text(), pixels, bold);
+}
