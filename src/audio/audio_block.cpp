@@ -42,13 +42,18 @@ void clAudioBlock::Borrow(const std::uint8_t* source, std::uint32_t count, QvFor
 }
 
 bool clAudioBlock::reserveBytes(std::uint64_t count) {
+    if (!reserveToWrite(count)) return false;
+    std::memset(data, 0, capacity);
+    return true;
+}
+
+bool clAudioBlock::reserveToWrite(std::uint64_t count) {
     constexpr std::uint64_t kLimit = std::numeric_limits<std::uint32_t>::max();
     const bool countable = count <= kLimit;
-    store.Resize(countable ? static_cast<std::uint32_t>(count) : 0, false, 0);
+    store.ResizeToWrite(countable ? static_cast<std::uint32_t>(count) : 0);
     UseStore();
     bytes = offset = 0;
     if (!countable) data = nullptr;
-    if (data) std::memset(data, 0, capacity);
     return data != nullptr;
 }
 

@@ -34,6 +34,8 @@ class clAudioBlock : public clFormatHolder {
     void Borrow(const std::uint8_t* source, std::uint32_t count, QvFormat* record);
     // Zeroed room in the block's own store, nothing of it valid yet. True when there is a store.
     bool reserveBytes(std::uint64_t count);
+    // The same, but what the room holds is anything: for a stage that writes all of it.
+    bool reserveToWrite(std::uint64_t count);
     bool reserveFrames(std::uint32_t count, const QvFormat* record);
 
     // A sample has 1 byte at least and a frame 1 channel, whatever the record says.

@@ -30,9 +30,18 @@ clAudioBlock& clBlockCarry::Take(std::uint32_t count) {
     return view;
 }
 
+void clBlockCarry::GiveBack(std::uint32_t count) {
+    const std::uint32_t returned = std::min(count, offset);
+    heldBytes += returned;
+    offset -= returned;
+}
+
 void clBlockCarry::Compact(std::uint32_t extra) {
-    if (heldBytes == 0) return;
-    if (!Settle(adopted ? std::uint64_t{heldBytes} + extra : heldBytes) && adopted) Clear();
+    if (!Own(extra) && adopted) Clear();
+}
+
+bool clBlockCarry::Own(std::uint32_t extra) {
+    return heldBytes == 0 || Settle(adopted ? std::uint64_t{heldBytes} + extra : heldBytes);
 }
 
 void clBlockCarry::Clear() {

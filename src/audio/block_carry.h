@@ -28,10 +28,15 @@ class clBlockCarry : public clFormatHolder {
     // The first `count` of the waiting bytes, or all of them if there are fewer, under the queue's format.
     // They leave the queue, but stand where they are until the next Append or Compact.
     clAudioBlock& Take(std::uint32_t count);
+    // The last `count` bytes that were taken wait again, in front of the others. Before the next Append or
+    // Compact.
+    void GiveBack(std::uint32_t count);
     // Brings the waiting bytes into the queue's own store and to its start. `extra` is room for bytes about
     // to come, made only if a block was adopted. Without memory for it an adopted block's bytes are lost, as
     // it is about to go.
     void Compact(std::uint32_t extra);
+    // The same, but without memory all stands as it did: false. For who can still keep the adopted block.
+    bool Own(std::uint32_t extra);
     void Clear();  // nothing waits
 
     std::uint32_t held() const { return heldBytes; }  // the bytes that wait

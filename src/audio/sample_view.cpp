@@ -22,7 +22,13 @@ SampleKind KindOf(bool isFloat, std::uint16_t bits) {
 
 }  // namespace
 
+std::uint32_t BytesOf(SampleKind kind) {
+    constexpr std::uint32_t kBytes[] = {2, 3, 1, 4, 4, 8};
+    return kind == SampleKind::None ? 0 : kBytes[static_cast<std::size_t>(kind)];
+}
+
 clSampleView::clSampleView(const clAudioBlock& block)
     : data(block.data),
       channels(block.format->nChannels),
-      sampleKind(KindOf(block.sampleType() == QV_FORMAT_FLOAT, block.format->wBitsPerSample)) {}
+      sampleKind(KindOf(block.sampleType() == QV_FORMAT_FLOAT, block.format->wBitsPerSample)),
+      containerBytes(block.BytesPerSample()) {}

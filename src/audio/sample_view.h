@@ -4,23 +4,20 @@
 #include <cstdint>
 
 #include "audio/audio_block.h"
-
-// How one sample is stored, little-endian.
-enum class SampleKind : std::uint32_t {
-    Int16 = 0,
-    Int24 = 1,  // three bytes
-    UInt8 = 2,  // 128 is silence
-    Int32 = 3,
-    Float32 = 4,
-    Float64 = 5,
-    None = 0xFFFFFFFF  // a depth that nobody knows: reads as silence, and nothing is written
-};
+#include "audio/sample_kind.h"
 
 class clSampleView {
   public:
     explicit clSampleView(const clAudioBlock& block);
 
+    // Whether a sample is as wide as the block's record says, so that its frames are all there to be read and
+    // written. Only float in containers other than 4 and 8 bytes is not: a stage refuses it.
+    bool Fits() const { return sampleKind == SampleKind::None || BytesOf(sampleKind) == containerBytes; }
+
     std::uint8_t* data;
     std::uint32_t channels;
     SampleKind sampleKind;
+
+  private:
+    std::uint32_t containerBytes;
 };

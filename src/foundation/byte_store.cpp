@@ -8,12 +8,15 @@
 
 namespace {
 
-// Null when there is no memory or 32 bits can't name the size. Zeroed: stores are filled by modules and
-// handed to other modules and to hosts, and what none of them wrote must not show what the memory held
-// before.
-std::uint8_t* NewBlock(std::uint64_t size) {
+// Null when there is no memory or 32 bits can't name the size. Zeroed behind the bytes that are written next:
+// stores are filled by modules and handed to other modules and to hosts, and what none of them wrote must not
+// show what the memory held before.
+std::uint8_t* NewBlock(std::uint64_t size, std::uint64_t written) {
     if (size > std::numeric_limits<std::uint32_t>::max()) return nullptr;
-    return new (std::nothrow) std::uint8_t[static_cast<std::size_t>(size)]();
+    const std::uint64_t count = std::max<std::uint64_t>(size, 1);
+    auto* const block = new (std::nothrow) std::uint8_t[static_cast<std::size_t>(count)];
+    if (block) std::memset(block + written, 0, static_cast<std::size_t>(count - written));
+    return block;
 }
 
 }  // namespace
@@ -27,9 +30,21 @@ bool clByteStore::Resize(std::uint32_t size, bool keep, std::uint32_t extra) {
         mSize = size;
     } else {
         const std::uint64_t full = std::uint64_t{size} + extra;
-        std::uint8_t* const block = NewBlock(std::max<std::uint64_t>(full, 1));
-        if (keep && block && mData) std::memcpy(block, mData, std::min<std::uint64_t>(full, mSize));
+        const std::uint64_t kept = keep ? std::min<std::uint64_t>(full, mSize) : 0;
+        std::uint8_t* const block = NewBlock(full, kept);
+        if (kept > 0 && block) std::memcpy(block, mData, static_cast<std::size_t>(kept));
         Adopt(block, full);
+    }
+    SetCursor(mCursor);
+    SetCursor2(mCursor2);
+    return mData != nullptr;
+}
+
+bool clByteStore::ResizeToWrite(std::uint32_t size) {
+    if (NeedsBlock(size)) {
+        Adopt(NewBlock(size, size), size);
+    } else {
+        mSize = size;
     }
     SetCursor(mCursor);
     SetCursor2(mCursor2);
@@ -42,7 +57,7 @@ bool clByteStore::Assign(const void* data, std::uint32_t size, std::uint32_t ext
         if (data) std::memmove(mData, data, size);
         mSize = static_cast<std::uint32_t>(full);
     } else {
-        std::uint8_t* const block = NewBlock(std::max<std::uint64_t>(full, 1));
+        std::uint8_t* const block = NewBlock(full, data ? size : 0);
         if (data && block)
             std::memcpy(block, data, size);  // before the old block goes, which may hold the data
         Adopt(block, full);

@@ -2,7 +2,7 @@
 //
 // It alone takes memory from an allocator that answers null, so that a stage can refuse a block instead of
 // raising: after a failed Resize or Assign the store is empty and Data() is null. A size that 32 bits can't
-// name fails so too. A new block is zeroed.
+// name fails so too. A new block is zeroed but for what is written at once.
 #pragma once
 
 #include <cstdint>
@@ -22,6 +22,9 @@ class clByteStore {
     // Size(); a block that is large enough is kept and Size() becomes `size`. `keep` saves the old bytes over
     // a new block. True when there is a block.
     bool Resize(std::uint32_t size, bool keep, std::uint32_t extra);
+    // Makes room for `size` bytes, no slack, whose contents are anything: for a caller who writes them all
+    // before anyone reads them. True when there is a block.
+    bool ResizeToWrite(std::uint32_t size);
     // Copies `size` bytes in (none when `data` is null), never keeping the old ones. Size() becomes size +
     // extra in either case, and the cursor `size`. True when there is a block.
     bool Assign(const void* data, std::uint32_t size, std::uint32_t extra);

@@ -59,6 +59,18 @@ TEST(AudioBlock, Silence_that_no_block_can_count_is_refused) {
     EXPECT_TRUE(IsEmptied(block));
 }
 
+TEST(AudioBlock, reserveToWrite_is_reserveBytes_for_who_writes_it_all) {
+    clAudioBlock block;
+    block.setData(kSamples, 8, &kStereo16, true);
+    ASSERT_TRUE(block.reserveToWrite(4));
+    EXPECT_EQ(block.data, block.store.Data());
+    EXPECT_EQ(block.capacity, 4u);
+    EXPECT_EQ(block.bytes + block.offset + block.adopted, 0u);
+    EXPECT_FALSE(block.reserveToWrite(std::uint64_t{1} << 32)) << "more than a block can count";
+    EXPECT_EQ(block.data, nullptr);
+    EXPECT_EQ(block.capacity, 0u);
+}
+
 TEST(AudioBlock, setData_adopts_without_a_copy) {
     clAudioBlock block;
     EXPECT_TRUE(block.setData(kSamples, 8, &kStereo16, true));

@@ -79,6 +79,22 @@ TEST(BlockCarry, Take_of_more_than_is_held_gives_what_is_held) {
     EXPECT_EQ(Taken(carry, UINT32_MAX), Bytes());
 }
 
+TEST(BlockCarry, What_is_given_back_is_taken_again_before_the_rest) {
+    clBlockCarry carry;
+    const PassingBlock in(Counted(10));
+    ASSERT_TRUE(carry.Append(in.block, true));
+    carry.Take(6);
+    carry.GiveBack(4);
+    EXPECT_EQ(carry.held(), 8u);
+    EXPECT_EQ(Taken(carry, 3), Counted(3, 2));
+    carry.Take(100);
+    carry.GiveBack(1);
+    carry.Compact(0);
+    EXPECT_EQ(Taken(carry, 100), Counted(1, 9));
+    carry.GiveBack(100);
+    EXPECT_EQ(carry.held(), 1u) << "never more than was taken";
+}
+
 TEST(BlockCarry, Take_gives_a_view_under_the_carrys_format_that_copies_nothing) {
     clBlockCarry carry;
     Append(carry, Counted(8));

@@ -7,9 +7,8 @@
 #include <optional>
 #include <vector>
 
-#include "audio/depth.h"
 #include "audio/format_records.h"
-#include "support/allocation_faults.h"
+#include "audio/scripted_manager.h"
 
 namespace {
 
@@ -24,6 +23,12 @@ const QvFormat* Record(const QvFormatExtensible& format) {
 Bytes Samples(std::size_t count) {
     Bytes bytes(count);
     std::iota(bytes.begin(), bytes.end(), std::uint8_t{1});
+    return bytes;
+}
+
+Bytes Floats(const std::vector<float>& values) {
+    Bytes bytes(values.size() * sizeof(float));
+    std::memcpy(bytes.data(), values.data(), bytes.size());
     return bytes;
 }
 
@@ -119,25 +124,153 @@ TEST(FormatChanger, Tables_are_built_once_when_channels_differ) {
     EXPECT_EQ(changer.mixPending, 0);
 }
 
-TEST(FormatChanger, What_no_stage_reaches_is_refused_and_the_next_block_passes) {
+TEST(FormatChanger, Only_another_depth_runs_the_depth_stage_and_the_others_copy) {
     const struct {
         QvFormat from, to;
+        Bytes in, out;
     } rows[] = {
-        {kStereo16, Plain(1, 2, 44100, 20)},                 // a depth that there isn't
-        {kStereo16, Plain(3, 2, 44100, 64)},                 // integer to float of 64 bits
-        {Plain(6, 2, 8000, 8), Plain(1, 2, 8000, 16)},       // a law to another depth
-        {Plain(1, 9, 44100, 16), Plain(1, 2, 44100, 16)},    // too many channels to mix
-        {Plain(1, 2, 25000, 16), Plain(1, 2, 30000, 16)},    // a ratio without 2 and 3
-        {Plain(80, 2, 44100, 16), Plain(85, 2, 44100, 16)},  // types that the system has no way between
+        {kStereo16, Plain(1, 2, 44100, 24), {0x34, 0x12, 0, 0x80}, {0, 0x34, 0x12, 0, 0, 0x80}},
+        {kStereo16, Plain(1, 2, 44100, 8), {0x34, 0x12, 0, 0x80}, {0x92, 0x00}},
+        {Plain(1, 2, 44100, 8), kStereo16, {0x92, 0x00}, {0, 0x12, 0, 0x80}},
+        {Plain(1, 2, 44100, 32), kStereo16, {1, 2, 3, 4, 5, 6, 7, 0x80}, {3, 4, 7, 0x80}},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.to.wFormatTag * 100 + row.to.wBitsPerSample);
+        clFormatChanger changer;
+        EXPECT_EQ(Change(changer, &row.from, &row.to, row.in), row.out);
+        for (const clAudioBlock* stage : {&changer.depthBlock, &changer.mixer.output,
+                                          &changer.firstAcm.output, &changer.secondAcm.output})
+            EXPECT_EQ(Bytes(stage->data, stage->data + stage->bytes), row.out);
+        EXPECT_EQ(changer.mixPending + changer.resamplePending, 2);
+        EXPECT_FALSE(changer.resampler.output.data);
+        EXPECT_EQ(changer.secondAcm.stream, nullptr);
+    }
+}
+
+TEST(FormatChanger, Floats_become_integers_before_they_are_mixed) {
+    const QvFormatExtensible from = Extensible(3, 2, 44100, 32);
+    const QvFormat to = Plain(1, 1, 44100, 16);
+    clFormatChanger changer;
+    EXPECT_EQ(Change(changer, Record(from), &to, Floats({0, 0, -1, -1})), Bytes({0, 0, 0, 0x80}));
+    EXPECT_EQ(changer.depthBlock.sampleType(), 1u);
+    EXPECT_EQ(changer.depthBlock.format->wBitsPerSample, 16);
+    EXPECT_EQ(changer.depthBlock.format->nChannels, 2);
+    EXPECT_EQ(changer.mixer.output.format->nChannels, 1);
+    EXPECT_EQ(changer.result.sampleType(), 1u);
+    EXPECT_TRUE(changer.result.IsExtensible()) << "told as the module tells it";
+}
+
+TEST(FormatChanger, Integers_become_floats_in_the_depth_stage_and_pass_the_last_one) {
+    const QvFormat to = Plain(3, 2, 44100, 32);
+    clFormatChanger changer;
+    EXPECT_EQ(Change(changer, &kStereo16, &to, {0, 0x40, 0, 0x80}), Floats({0.5f, -1}));
+    EXPECT_EQ(changer.depthBlock.sampleType(), 3u);
+    EXPECT_EQ(changer.secondAcm.ownFloat, 0);
+    EXPECT_EQ(changer.secondAcm.stream, nullptr);
+}
+
+TEST(FormatChanger, Floats_without_a_depth_are_made_of_integers_by_the_last_stage) {
+    const QvFormat to = Plain(3, 1, 44100, 0);
+    clFormatChanger changer;
+    EXPECT_EQ(Change(changer, &kStereo16, &to, {0, 0, 0, 0, 0, 0x80, 0, 0x80}), Floats({0, -1}));
+    EXPECT_EQ(changer.firstAcm.output.sampleType(), 1u);
+    EXPECT_EQ(changer.firstAcm.output.format->wBitsPerSample, 16);
+    EXPECT_EQ(changer.secondAcm.ownFloat, 1);
+}
+
+TEST(FormatChanger, Floats_for_integers_without_a_depth_are_integers_of_their_own) {
+    const QvFormat from = Plain(3, 1, 44100, 32), to = Plain(1, 1, 44100, 0);
+    clFormatChanger changer;
+    EXPECT_EQ(Change(changer, &from, &to, Floats({0.5f})), Bytes({0, 0, 0, 0x40}));
+    EXPECT_EQ(changer.result.format->wFormatTag, 1);
+    EXPECT_EQ(changer.result.format->wBitsPerSample, 32);
+}
+
+// The bytes are relabelled, as there is no other way from a law to a depth.
+TEST(FormatChanger, A_law_asked_for_as_integers_of_its_own_depth_keeps_its_bytes) {
+    const QvFormat from = Plain(6, 1, 8000, 8), to = Plain(1, 1, 8000, 8);
+    clFormatChanger changer;
+    EXPECT_EQ(Change(changer, &from, &to, Samples(20)), Samples(20));
+    EXPECT_EQ(changer.result.format->wFormatTag, 1);
+}
+
+TEST(FormatChanger, Integers_of_64_bits_are_silence_of_their_size) {
+    const QvFormat from = Plain(3, 1, 8000, 32), to = Plain(1, 1, 8000, 64);
+    clFormatChanger changer;
+    EXPECT_EQ(Change(changer, &from, &to, Floats({0.5f, -1, 1})), Bytes(24));
+}
+
+enum class Stage { Depth, Channels, Rate, Last };
+
+// Where it ends shows in how far the stages have come.
+Stage RefusedBy(const clFormatChanger& changer) {
+    if (!changer.depthBlock.data) return Stage::Depth;
+    if (!changer.mixer.output.data) return Stage::Channels;
+    return changer.firstAcm.output.data || changer.resampler.output.data ? Stage::Last : Stage::Rate;
+}
+
+TEST(FormatChanger, What_no_stage_reaches_is_refused_by_the_stage_it_is_for_and_the_next_block_passes) {
+    ScriptedManager manager;
+    manager.opening.FailAlways(platform::kAcmErrorNotPossible);
+    const struct {
+        QvFormat from, to;
+        Stage stage;
+    } rows[] = {
+        {Plain(6, 2, 8000, 8), Plain(1, 2, 8000, 16), Stage::Depth},        // a law to another depth
+        {Plain(80, 2, 44100, 0), Plain(1, 2, 44100, 16), Stage::Depth},     // coded data
+        {Plain(65534, 2, 44100, 8), Plain(1, 2, 44100, 16), Stage::Depth},  // of nobody knows what
+        {kStereo16, Plain(1, 2, 44100, 12), Stage::Depth},                  // depths that there aren't
+        {kStereo16, Plain(1, 2, 44100, 20), Stage::Depth},
+        {kStereo16, Plain(1, 2, 44100, 9), Stage::Depth},
+        {kStereo16, Plain(1, 2, 44100, 40), Stage::Depth},
+        {kStereo16, Plain(1, 2, 44100, 64), Stage::Depth},  // integers of 64 bits
+        {kStereo16, Plain(3, 2, 44100, 64), Stage::Depth},  // integers to floats of 64 bits
+        {kStereo16, Plain(3, 2, 44100, 16), Stage::Depth},  // floats that there aren't
+        {Plain(3, 2, 44100, 32), Plain(3, 2, 44100, 24), Stage::Depth},
+        {Plain(1, 9, 44100, 16), Plain(1, 8, 44100, 16), Stage::Channels},
+        {Plain(1, 8, 44100, 16), Plain(1, 9, 44100, 16), Stage::Channels},
+        {Plain(1, 0, 44100, 16), Plain(1, 2, 44100, 16), Stage::Channels},
+        {Plain(1, 2, 44100, 16), Plain(1, 0, 44100, 16), Stage::Channels},
+        {Plain(1, 2, 25000, 16), Plain(1, 2, 30000, 16), Stage::Rate},  // 5 is no multiple of 2 or 3
+        {Plain(1, 2, 35000, 16), Plain(1, 2, 25000, 16), Stage::Rate},
+        {Plain(1, 2, 44100, 16), Plain(1, 2, 0, 16), Stage::Rate},
+        {Plain(1, 2, 0, 16), Plain(1, 2, 44100, 16), Stage::Rate},
+        {Plain(1, 0, 44100, 16), Plain(1, 0, 48000, 16), Stage::Rate},       // no channels
+        {Plain(1, 2, 44100, 4), Plain(1, 2, 48000, 4), Stage::Rate},         // no whole bytes
+        {Plain(1, 2, 44100, 16), Plain(1, 2, 0x7FFFFFFE, 16), Stage::Rate},  // filters beyond all memory
+        {kStereo16, Plain(6, 2, 44100, 8), Stage::Last},                     // no codec
+        {Plain(80, 2, 44100, 16), Plain(85, 2, 44100, 16), Stage::Last},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << &row - rows);
         clFormatChanger changer;
         EXPECT_EQ(Change(changer, &row.from, &row.to, Samples(72)), std::nullopt);
+        EXPECT_EQ(RefusedBy(changer), row.stage);
         EXPECT_EQ(Change(changer, &row.from, &row.to, Samples(72), true), std::nullopt);
         EXPECT_EQ(changer.resamplePending, 1);
+        EXPECT_FALSE(changer.result.data);
         EXPECT_EQ(Change(changer, &row.from, &row.from, Samples(72)), Samples(72));
     }
+}
+
+TEST(FormatChanger, Any_failure_of_the_codec_refuses_the_block) {
+    const QvFormat from = Plain(1, 1, 8000, 24), to = Plain(6, 1, 8000, 8);
+    const std::function<void(ScriptedManager&)> failures[] = {
+        [](ScriptedManager& manager) { manager.opening.FailAlways(1u); },
+        [](ScriptedManager& manager) { manager.sizes.FailCall(1, 1u); },
+        [](ScriptedManager& manager) { manager.preparations.FailCall(1, 1u); },
+        [](ScriptedManager& manager) { manager.conversions.FailCall(1, 1u); },
+    };
+    for (const auto& fail : failures) {
+        ScriptedManager manager;
+        clFormatChanger changer;
+        fail(manager);
+        EXPECT_EQ(Change(changer, &from, &to, Samples(12)), std::nullopt);
+        EXPECT_EQ(RefusedBy(changer), Stage::Last);
+    }
+    ScriptedManager manager;
+    clFormatChanger changer;
+    EXPECT_EQ(Change(changer, &from, &to, {9, 1, 2, 9, 3, 4}), Bytes({131, 133}));
+    EXPECT_EQ(manager.TakeJournal().substr(0, 13), "open 1/8 6/8\n") << "in the target's depth already";
 }
 
 TEST(FormatChanger, A_refusal_leaves_the_stages_before_it_with_their_last_blocks) {
@@ -159,95 +292,6 @@ TEST(FormatChanger, Reset_brings_it_back_to_the_start) {
     EXPECT_EQ(changer.mixPending + changer.resamplePending, 2);
     EXPECT_EQ(changer.mixer.fromChannels + changer.mixer.toChannels, 0u);
     EXPECT_EQ(Change(changer, &kStereo16, &kStereo16, Samples(8)), Samples(8));
-}
-
-// Each allocation of a call in turn, for an equal format and for one that runs through the stages.
-TEST(FormatChanger, Without_memory_the_block_is_refused_and_a_later_one_passes) {
-    const QvFormatExtensible extensible = Extensible(1, 2, 44100, 16);
-    const QvFormatExtensible noDepth = Extensible(1, 2, 44100, 0);
-    const Bytes samples = Samples(64);
-    for (const QvFormatExtensible* to : {&extensible, &noDepth}) {
-        clAudioBlock in;
-        in.setData(samples.data(), 64, Record(extensible), true);
-        const clFormatHolder out(Record(*to));
-        int failing = 1;
-        for (;; ++failing) {
-            bool changed = false, raised = false, failed = false;
-            int live = 0;
-            {
-                AllocationFaults memory;
-                memory.FailCall(failing);
-                {
-                    clFormatChanger changer;
-                    try {
-                        changed = changer.ChangeFormat(in, out, false);
-                    } catch (const std::bad_alloc&) {
-                        raised = true;
-                    }
-                    failed = memory.HasFailed();
-                    if (failed && !changer.ChangeFormat(in, out, true)) changed = true;
-                    if (std::memcmp(changer.result.data, samples.data(), 64) != 0) changed = true;
-                }
-                live = memory.Live();
-            }
-            EXPECT_EQ(live, 0);
-            if (!failed) break;
-            EXPECT_FALSE(changed) << failing;
-            EXPECT_FALSE(raised) << failing;
-        }
-        EXPECT_EQ(failing - 1, to == &extensible ? 2 : 10)
-            << "a record's tail and the samples, for each copy";
-    }
-}
-
-TEST(Stages, Depth_passes_what_has_the_depth_and_type_asked_for) {
-    const struct {
-        QvFormat format;
-        std::uint32_t bits;
-        bool toFloat, passes;
-    } rows[] = {
-        {Plain(1, 2, 44100, 16), 16, false, true},   {Plain(3, 2, 44100, 32), 32, true, true},
-        {Plain(3, 2, 44100, 64), 64, true, true},    {Plain(1, 2, 44100, 16), 24, false, false},
-        {Plain(1, 2, 44100, 32), 32, true, false},   {Plain(3, 2, 44100, 32), 32, false, false},
-        {Plain(3, 2, 44100, 32), 64, true, false},   {Plain(1, 2, 44100, 16), 65552, false, false},
-        {Plain(80, 2, 44100, 16), 16, false, false},
-    };
-    const Bytes samples = Samples(16);
-    for (const auto& row : rows) {
-        clAudioBlock in, out;
-        in.setData(samples.data(), 16, &row.format, true);
-        EXPECT_EQ(ConvertDepth(out, in, row.bits, row.toFloat), row.passes);
-        EXPECT_EQ(out.bytes, row.passes ? 16u : 0u);
-        EXPECT_EQ(out.format->wFormatTag, row.passes ? row.format.wFormatTag : 0) << "else as it was";
-    }
-}
-
-TEST(Stages, The_rate_stage_passes_what_is_at_its_target_already) {
-    const Bytes samples = Samples(16);
-    clAudioBlock in;
-    in.setData(samples.data(), 16, &kStereo16, true);
-    clResampler resampler;
-    EXPECT_FALSE(resampler.Process(in, false)) << "designed for nothing";
-    EXPECT_FALSE(resampler.Design(in, 48000));
-    EXPECT_TRUE(resampler.Design(in, 44100));
-    ASSERT_TRUE(resampler.Process(in, true));
-    EXPECT_EQ(resampler.output.bytes, 16u);
-    resampler.Release();
-    EXPECT_FALSE(resampler.Process(in, false));
-}
-
-TEST(Stages, The_last_stage_compares_type_and_rate_alone) {
-    const Bytes samples = Samples(16);
-    clAudioBlock in;
-    in.setData(samples.data(), 16, &kStereo16, true);
-    clAcmStream stream;
-    for (const QvFormat& target : {kStereo16, Plain(1, 6, 44100, 24)}) {
-        ASSERT_TRUE(stream.Convert(in, clFormatHolder(&target), false));
-        EXPECT_EQ(stream.output.format->nChannels, 2) << "what comes out is what came in";
-        EXPECT_EQ(stream.output.bytes, 16u);
-    }
-    for (const QvFormat& target : {Plain(3, 2, 44100, 16), Plain(1, 2, 48000, 16)})
-        EXPECT_FALSE(stream.Convert(in, clFormatHolder(&target), true));
 }
 
 }  // namespace

@@ -59,4 +59,27 @@ TEST(SampleView, It_names_the_samples_and_the_channels_of_its_block) {
     EXPECT_EQ(view.channels, 3u);
 }
 
+TEST(SampleView, Float_fits_only_where_its_bytes_are) {
+    const struct {
+        std::uint16_t tag, bits;
+        bool fits;
+    } rows[] = {
+        {1, 8, true},  {1, 16, true},  {1, 24, true},  {1, 32, true},  {1, 12, true},   {1, 64, true},
+        {6, 8, true},  {3, 32, true},  {3, 64, true},  {3, 16, false}, {3, 24, false},  {3, 0, false},
+        {3, 8, false}, {3, 40, false}, {3, 63, false}, {3, 72, false}, {3, 128, false}, {3, 39, true},
+    };
+    for (const auto& row : rows) {
+        const QvFormat format = Plain(row.tag, 2, 44100, row.bits);
+        clAudioBlock block;
+        block.setFormat(&format);
+        EXPECT_EQ(clSampleView(block).Fits(), row.fits) << "type " << row.tag << ", " << row.bits << " bits";
+    }
+}
+
+TEST(SampleView, Samples_of_no_kind_have_no_width) {
+    EXPECT_EQ(BytesOf(SampleKind::Int24), 3u);
+    EXPECT_EQ(BytesOf(SampleKind::Float64), 8u);
+    EXPECT_EQ(BytesOf(SampleKind::None), 0u);
+}
+
 }  // namespace

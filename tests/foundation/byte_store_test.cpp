@@ -91,6 +91,55 @@ TEST(ByteStore, A_new_block_is_zeroed) {
         std::all_of(store.Data(), store.Data() + store.Size(), [](std::uint8_t byte) { return byte == 0; }));
 }
 
+TEST(ByteStore, What_is_not_written_of_a_new_block_is_zeroed) {
+    const auto isZero = [](std::uint8_t byte) { return byte == 0; };
+    clByteStore store;
+    store.Assign("abc", 3, 2000);
+    EXPECT_EQ(Contents(store, 3), "abc");
+    EXPECT_TRUE(std::all_of(store.Data() + 3, store.Data() + store.Size(), isZero));
+    store.Resize(3, false, 0);
+    store.Resize(9000, true, 50);
+    EXPECT_EQ(Contents(store, 3), "abc");
+    EXPECT_TRUE(std::all_of(store.Data() + 3, store.Data() + store.Size(), isZero));
+}
+
+TEST(ByteStore, ResizeToWrite_makes_room_without_slack_and_keeps_a_block_that_is_large_enough) {
+    clByteStore store;
+    EXPECT_TRUE(store.ResizeToWrite(100));
+    EXPECT_EQ(store.Size(), 100u);
+    EXPECT_EQ(store.Capacity(), 100u);
+    std::fill(store.Data(), store.Data() + 100, std::uint8_t{7});
+    store.SetCursor(90);
+    store.SetCursor2(60);
+    const std::uint8_t* const block = store.Data();
+    EXPECT_TRUE(store.ResizeToWrite(50));
+    EXPECT_EQ(store.Data(), block);
+    EXPECT_EQ(store.Size(), 50u);
+    EXPECT_EQ(store.Cursor() + store.Cursor2(), 100u);
+    EXPECT_TRUE(store.ResizeToWrite(200));
+    EXPECT_EQ(store.Capacity(), 200u);
+}
+
+TEST(ByteStore, ResizeToWrite_of_nothing_leaves_a_block_of_1_byte) {
+    clByteStore store;
+    EXPECT_TRUE(store.ResizeToWrite(0));
+    EXPECT_EQ(store.Capacity(), 1u);
+    EXPECT_EQ(store.Size(), 0u);
+}
+
+TEST(ByteStore, ResizeToWrite_without_memory_leaves_the_store_empty) {
+    clByteStore store;
+    store.Assign("abc", 3, 0);
+    bool done = true;
+    {
+        AllocationFaults memory;
+        memory.FailCall(1);
+        done = store.ResizeToWrite(10);
+    }
+    EXPECT_FALSE(done);
+    ExpectEmpty(store);
+}
+
 TEST(ByteStore, Assign_counts_the_slack_into_either_block) {
     clByteStore store;
     EXPECT_TRUE(store.Assign("abc", 3, 4));
