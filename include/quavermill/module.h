@@ -209,14 +209,18 @@ typedef int32_t(QV_CALL* QvDecoderDeleteATag)(QvInstance instance, const QvChar*
 
 typedef QvInstance(QV_CALL* QvEncoderCreate)(const QvLog* log);
 typedef void(QV_CALL* QvEncoderDestroy)(QvInstance instance);
-/* Key "Extension": fills text with the extension that the encoder writes; ".IGNORE" keeps it out of listings. No
- * other field of the record has a meaning. An encoder must be able to answer this. */
+/* Key "Extension": fills text with the extension that the encoder writes; ".IGNORE" asks hosts not
+ * to offer it, and it is listed all the same. No other field of the record has a meaning. An encoder must be able to answer this. */
 typedef int32_t(QV_CALL* QvEncoderGet)(QvInstance instance, const QvChar* key, clCodecQueryRec* query);
 typedef int32_t(QV_CALL* QvEncoderSet)(QvInstance instance, const QvChar* key, const clCodecQueryRec* query);
-/* Puts the settings panel on the window `parent` at x, y in pixels, showing `settings`. */
+/* Puts the settings panel on the window `parent` (a HWND as a number; 0 where the system has no windows) at x, y in
+ * pixels, as a child of it, showing `settings`. Forms leave 300 by 90 dialog units for it. Called on the thread of the
+ * window; one that stands already is replaced. A text that can't be understood is no failure: the panel shows what it
+ * understands of it. */
 typedef void(QV_CALL* QvEncoderShowConfigBit)(QvInstance instance, uint64_t parent, int32_t x, int32_t y,
                                               const QvChar* settings);
-/* Takes the panel away and returns the settings text as it then stands, or null. */
+/* Takes the panel away, which may have gone with its parent already, and returns the settings text as it stood last, or
+ * null. The text is the module's and stands until its next call: the caller copies it at once. */
 typedef const QvChar*(QV_CALL* QvEncoderRemoveConfigBit)(QvInstance instance, uint64_t parent);
 /* Opens the file. A settings text or format that the encoder can't serve is reported to the log and refused. */
 typedef int32_t(QV_CALL* QvEncoderBeginConversion)(QvInstance instance, clEncoderSessionRec* session);

@@ -1,5 +1,6 @@
 /* Quavermill for hosts: converting whole audio files, the tag and effect lists that go with a conversion, what the
- * modules beside the library offer, what files are and which tags they have, and decoding and encoding block by block.
+ * modules beside the library offer, what files are and which tags they have, decoding and encoding block by block, and
+ * the settings of encoders and effects.
  *
  * Usable from C11 and C++. Nothing of the operating system's own headers is needed.
  *
@@ -33,13 +34,14 @@
  *     call                                               thread
  *     QACCreate                                          any
  *     QACDestroy                                         any, with no other call on the handle running or to come
+ *     the four calls about settings                      that of the host's windows; otherwise as those below
  *     every other call on one handle                     any, one at a time; not always the same one
  *     calls on two handles                               any, at the same time
  *
  * No call may be made from within the library's load or unload notification. No call waits for the converter. Calls
  * marked (modules) below load modules and wait for what these do, in the thread of the call; no other call waits for a
- * file or a module. Any call may wait for a timer step that is just running, or, when a great deal of text is reported
- * at once, for the step that makes room for it.
+ * file or a module. The two calls that show a form of the library's wait for its user. Any call may wait for a timer
+ * step that is just running, or, when a great deal of text is reported at once, for the step that makes room for it.
  *
  *
  * 3. Text
@@ -372,6 +374,78 @@ QV_API int32_t QV_CALL QACSetCancelled(QvConverter* converter);
  * converter nothing, and any other number reaches it as it is. One that runs is not changed. Always QV_DONE. */
 QV_API int32_t QV_CALL QACSetCPU(QvConverter* converter, int32_t cpu);
 
+/* ---- Settings ------------------------------------------------------------------------------------------------
+ *
+ * An encoder's or an effect's settings are one text that only its module understands. These calls let the user make
+ * it: on a form of the library's own, in which the user also picks the module, or on a window of the host's. The text
+ * then goes into QACConvertAudio or QAEOpenFile, an effect's into QACAddDSPToList: NONE OF THESE LOOKS FOR WHAT IS
+ * STORED.
+ *
+ * What is stored: one text for each encoder and each user, in the registry below HKEY_CURRENT_USER under the key
+ * QV_SETTINGS_KEY with the encoder's name behind it, as the text value QV_SETTINGS_VALUE. A host that wants it without
+ * a form reads it there. (Linux has no registry: there QACShowSettings gives it.) Effects have none.
+ *
+ * Order: QACShowSettings and QACShowDSPSettings stand alone. QACShowSettingsOnForm, then QACRemoveSettings, which
+ * takes the panel off and has its text; one panel at a time for each handle.
+ *
+ * THREAD: windows belong to the thread that makes them, so all four are called on the thread of the host's windows;
+ * that thread must be able to have windows and, for a panel, take its messages. The library's forms are as sharp on
+ * screens of more than 96 dots per inch as the host's manifest says that the host is, and have the look it asks for.
+ *
+ * Linux has no forms: the two calls that show one return QV_NOTHING at once with the texts as they were, an empty one
+ * of an encoder being the stored one, which is a way to read it; a text that is not empty is stored all the same,
+ * which is a way to store it. The panel calls load the encoder and hand it the number of the window; what it does with
+ * that is its own matter.
+ *
+ * LENGTH: of a name less than 260 units. Of a text as long as the module makes it: a few dozen units for those of this
+ * library, but nothing bounds them. Outputs may be the buffers of the inputs.
+ */
+
+/* Where an encoder's text is stored. In front of either literal goes L or u as the host's own text wants it. */
+#define QV_SETTINGS_KEY "Software\\Brindleway\\Quavermill\\qMCCodec\\"
+#define QV_SETTINGS_VALUE "qMC_CLI"
+
+/* (modules) Shows the form of encoders, with this one picked and its panel below, and waits until the user has closed
+ * it. The form has no owner: the host disables its own window meanwhile if it wants to. The text in the panel is
+ * `settings`, or what is stored where that is empty. An encoder that is on no list shows its panel all the same.
+ *
+ *     QV_DONE       the form came up with that encoder
+ *     QV_NOTHING    it did not: there is no such encoder, it could not be loaded, or there are no forms
+ *
+ * The outputs are always written, and tell how it ended:
+ *
+ *     closed with               encoderNameOut                settingsOut
+ *     OK                        the encoder picked            its text; empty if it could not be loaded
+ *     Cancel, the close box     empty                         empty
+ *     never came up             empty                         empty
+ *     no forms here             as it was                     as it was, or what is stored if it was empty
+ *
+ * They are stored, the text under that name, so that after a Cancel what the encoder has stays. While the form is up,
+ * the text of an encoder is also stored when the user goes over to another one, whatever the form is closed with. */
+QV_API int32_t QV_CALL QACShowSettings(QvConverter* converter, const QvChar* encoderName,
+                                       const QvChar* settings, QvChar* encoderNameOut, QvChar* settingsOut);
+
+/* (modules) Puts the panel of this encoder on a window of the host's, at `x`, `y` in pixels from the corner of its
+ * inside, and returns. `parentForm` is the window's handle as a number, not 0. The text in the panel is `settings`, or
+ * what is stored where that is empty. QV_DONE when the encoder was loaded, whatever its panel looks like; otherwise
+ * QV_NOTHING, and nothing is reported. The window must stand until QACRemoveSettings has returned.
+ *
+ * A panel that stands is not taken away by a second call: it loses its module. Remove it first. */
+QV_API int32_t QV_CALL QACShowSettingsOnForm(QvConverter* converter, const QvChar* encoderName,
+                                             const QvChar* settings, uint64_t parentForm, uint32_t x,
+                                             uint32_t y);
+
+/* (modules) Takes the panel off the window and delivers its text, which is also stored under the name of the last
+ * settings call. Without a panel the text is empty, and THAT IS STORED TOO, in place of what was there. Always
+ * QV_DONE. */
+QV_API int32_t QV_CALL QACRemoveSettings(QvConverter* converter, uint64_t parentForm, QvChar* settingsOut);
+
+/* (modules) The form of effects, likewise: with this one picked, and `settings` in its panel, empty for what the
+ * effect begins with. Results and outputs are those of QACShowSettings. Nothing is stored, and none is looked for: an
+ * effect that the user picks begins anew, also the one of the call when it is picked again. */
+QV_API int32_t QV_CALL QACShowDSPSettings(QvConverter* converter, const QvChar* dspName,
+                                          const QvChar* settings, QvChar* dspNameOut, QvChar* settingsOut);
+
 /* ---- Direct decoding -----------------------------------------------------------------------------------------
  *
  * A file's audio, block by block, in the host's own process, in the format the host asks for.
@@ -412,7 +486,21 @@ QV_API int32_t QV_CALL QACSetCPU(QvConverter* converter, int32_t cpu);
  * or no decoder for it, which leave it open. After any other failure QADCloseFile should be the next call.
  *
  * A FORMAT THAT CAN'T BE REACHED IS NOT REFUSED HERE: `format` comes back as it was asked for, and then no block gives
- * any audio. Today the channels, depth, type and rate of the file are all that can be reached.
+ * any audio. What can be reached from integer and float PCM:
+ *
+ *     nChannels         1 to 8 from 1 to 8; any other number only where the file has as many
+ *     wBitsPerSample    8, 16, 24 and 32; from float also 64. Float stays float with 32 and 64 bits, and becomes integer
+ *                       with 8, 16 and 24, which the type in `format` then says; integer stays integer
+ *     nSamplesPerSec    any, if the lower of the two rates, divided by what divides both, is 1 or a multiple of 2 or
+ *                       of 3: so are those of all usual pairs. Not so far from the file's rate, or in so odd a ratio
+ *                       to it, that its filters would take more than 512 MiB
+ *
+ * Files of any other type are delivered as they are, and can't be changed.
+ *
+ * A HANDLE CHANGES THE RATE OF ONE STREAM WELL. What is made for the first rates that a handle meets is kept, with the
+ * audio that is still on its way through it, by QADSetPosition as well as by the next QADOpenFile. A second file whose
+ * rate is to be changed wants a handle of its own: on the old one it would begin with a rest of the first and be
+ * counted along with it, and other rates would come out at the wrong speed or not at all.
  *
  * Information: "Finished opening file '...'", also when the decoder has refused the file. */
 QV_API int32_t QV_CALL QADOpenFile(QvConverter* converter, const QvChar* file, QvFormatExtensible* format,

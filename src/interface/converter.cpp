@@ -26,6 +26,7 @@ clConverter::~clConverter() {
 
 // Modules may write to the log up to their end, so they go before its handles do.
 void clConverter::ReleaseModules() {
+    settingsEncoder.Unload();
     directEncoder.Unload();
     decoder.Unload();
 }

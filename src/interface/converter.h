@@ -91,6 +91,15 @@ class clConverter {
                                     const std::uint32_t* finished);
     std::int32_t EncoderCloseFile();
 
+    // Settings, shown to the user: converter_settings.cpp. A parent form of 0 is none, and a form of the
+    // library's own comes up.
+    std::int32_t ShowSettings(const char16_t* encoderName, char16_t* encoderNameOut, const char16_t* settings,
+                              char16_t* settingsOut, std::uint64_t parentForm, std::uint32_t x,
+                              std::uint32_t y);
+    std::int32_t RemoveSettings(std::uint64_t parentForm, char16_t* settingsOut);
+    std::int32_t ShowDSPSettings(const char16_t* dspName, char16_t* dspNameOut, const char16_t* settings,
+                                 char16_t* settingsOut);
+
     // The members in the order of their birth; they die the other way round.
     std::atomic<bool> timerBusy = false;  // keeps two drains apart
     XLog log;                             // modules are given its address
@@ -119,6 +128,9 @@ class clConverter {
     clEncoderSessionRec encoderRecord = {};      // stands as long as that
     clFormatChanger formatChanger;               // from sourceFormat to outputFormat
     clFormatHolder outputFormat;                 // what direct decoding delivers
+    XString settingsText;                        // of the last settings call
+    XString settingsEncoderName;                 // of the same
+    clQvEncoder settingsEncoder;                 // whose panel stands on a form of the host's, or last stood
     std::atomic<bool> encodingFinished = false;  // the end of the current run stands in lastInfo
     std::uint32_t timerId = 0;                   // 0 when the timer service has refused
     XString lastError;
@@ -153,6 +165,8 @@ class clConverter {
     std::uint16_t OutputBlockAlign();
     bool BeginEncoding(const char16_t* file, const char16_t* encoderName, const char16_t* settings,
                        const QvFormatExtensible* format);
+    std::int32_t ShowPanel(std::uint64_t parentForm, std::uint32_t x, std::uint32_t y);
+    std::int32_t RunSettingsForm(char16_t* encoderNameOut, char16_t* settingsOut);
 
     std::mutex textGuard;                      // lastError and lastInfo, between the tick and the host
     clByteStore* undeliveredErrors = nullptr;  // in errorPipe, drained but still without memory to stand in

@@ -11,11 +11,11 @@
 #include <limits>
 #include <new>
 
+#include "audio/format_record.h"
 #include "foundation/joined.h"
 #include "foundation/paths.h"
 #include "foundation/qv_text.h"
 #include "interface/converter.h"
-#include "interface/format_record.h"
 #include "interface/trace_line.h"
 #include "plugins/codec_handler.h"
 
@@ -30,6 +30,10 @@ std::int64_t Scaled(std::int64_t value, std::int64_t factor, std::int64_t diviso
     using Limits = std::numeric_limits<std::int64_t>;
     const Wide scaled = Wide{value} * factor / divisor;
     return static_cast<std::int64_t>(std::clamp<Wide>(scaled, Limits::min(), Limits::max()));
+}
+
+bool IsIntegerOnly(std::uint16_t bits) {
+    return bits == 8 || bits == 16 || bits == 24;
 }
 
 }  // namespace
@@ -87,13 +91,18 @@ std::int32_t clConverter::OpenDecoder(clQvDecoder& found, const char16_t* file, 
     return 1;
 }
 
-// What the request leaves at zero is the file's. A rate that is negative as a signed number is none.
+// What the request leaves at zero is the file's. A rate that is negative as a signed number is none. There is
+// no float of 8, 16 and 24 bits: whoever asks a file of floats for these gets integers.
 void clConverter::DeriveFormats(const clOpenFileRec& record, QvFormatExtensible* format) {
     const QvFormat request = format ? format->Format : QvFormat{};
     TakeFormat(sourceFormat, record.format);
     TakeFormat(outputFormat, sourceFormat.format);
     if (request.nChannels != 0) outputFormat.SetChannels(request.nChannels);
-    if (request.wBitsPerSample != 0) outputFormat.SetBits(request.wBitsPerSample);
+    if (request.wBitsPerSample != 0) {
+        outputFormat.SetBits(request.wBitsPerSample);
+        if (outputFormat.sampleType() == QV_FORMAT_FLOAT && IsIntegerOnly(request.wBitsPerSample))
+            outputFormat.SetType(false);
+    }
     if (static_cast<std::int32_t>(request.nSamplesPerSec) > 0) outputFormat.SetRate(request.nSamplesPerSec);
     // Coded data name no depth, and must not be counted by that of an earlier file.
     decodedCarry.setFormat(outputFormat.format);
@@ -133,9 +142,10 @@ void clConverter::DecodeModuleBlock() {
     decoderFinished = record.finished;
     clAudioBlock block;
     block.Borrow(record.data, record.bytes, sourceFormat.format);
+    // What waits may stand in the last result, which is about to change.
+    if (!decodedCarry.Own(0)) throw std::bad_alloc();
     if (!formatChanger.ChangeFormat(block, outputFormat, decoderFinished > 0)) return;
-    decodedCarry.Compact(0);
-    if (!decodedCarry.Append(formatChanger.result, false)) throw std::bad_alloc();
+    if (!decodedCarry.Append(formatChanger.result, true)) throw std::bad_alloc();
 }
 
 // Only whole samples of all channels are copied. In a format whose blocks are not made of those, fewer bytes

@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <cstring>
 
+#include "audio/format_record.h"
 #include "foundation/qv_text.h"
 #include "interface/converter.h"
-#include "interface/format_record.h"
 #include "plugins/codec_handler.h"
 
 namespace {

@@ -5,9 +5,9 @@
 // are served, wanted so: only a block replaces a block.
 #include <cstring>
 
+#include "audio/format_record.h"
 #include "interface/converter.h"
 #include "interface/file_request.h"
-#include "interface/format_record.h"
 #include "interface/text.h"
 #include "quavermill/quavermill.h"
 

@@ -147,6 +147,29 @@ int32_t QACSetCPU(QvConverter* converter, int32_t cpu) {
     return Between(converter, "clConverter::SetCPU", [=](clConverter& object) { object.cpu = cpu; });
 }
 
+// Text and name change places on the way, since the method has each output behind its input.
+int32_t QACShowSettings(QvConverter* converter, const QvChar* encoderName, const QvChar* settings,
+                        QvChar* encoderNameOut, QvChar* settingsOut) {
+    return Forward(converter, &clConverter::ShowSettings, FromQvText(encoderName), FromQvText(encoderNameOut),
+                   FromQvText(settings), FromQvText(settingsOut), 0u, 0u, 0u);
+}
+
+int32_t QACShowSettingsOnForm(QvConverter* converter, const QvChar* encoderName, const QvChar* settings,
+                              uint64_t parentForm, uint32_t x, uint32_t y) {
+    return Forward(converter, &clConverter::ShowSettings, FromQvText(encoderName), nullptr,
+                   FromQvText(settings), nullptr, parentForm, x, y);
+}
+
+int32_t QACRemoveSettings(QvConverter* converter, uint64_t parentForm, QvChar* settingsOut) {
+    return Forward(converter, &clConverter::RemoveSettings, parentForm, FromQvText(settingsOut));
+}
+
+int32_t QACShowDSPSettings(QvConverter* converter, const QvChar* dspName, const QvChar* settings,
+                           QvChar* dspNameOut, QvChar* settingsOut) {
+    return Forward(converter, &clConverter::ShowDSPSettings, FromQvText(dspName), FromQvText(dspNameOut),
+                   FromQvText(settings), FromQvText(settingsOut));
+}
+
 int32_t QADOpenFile(QvConverter* converter, const QvChar* file, QvFormatExtensible* format,
                     uint64_t* lengthMs) {
     return Forward(converter, &clConverter::DecoderOpenFile, FromQvText(file), format, lengthMs);

@@ -60,7 +60,10 @@ std::string FormatText(const std::uint8_t* record) {
     QvFormat format;
     std::memcpy(&format, record, sizeof format);
     return "format " + std::to_string(format.wFormatTag) + "/" + std::to_string(format.nChannels) + "/" +
-           std::to_string(format.nSamplesPerSec) + "/" + std::to_string(format.wBitsPerSample);
+           std::to_string(format.nSamplesPerSec) + "/" + std::to_string(format.wBitsPerSample) +
+           (format.nChannels != 0 && (format.nBlockAlign == 0 || format.nAvgBytesPerSec == 0)
+                ? " without rates"
+                : "");
 }
 
 std::string BlockText(const clBlockRec& block) {

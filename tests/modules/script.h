@@ -21,7 +21,7 @@ namespace script {
 
 std::string Narrow(const QvChar* text);  // "(null)" for null
 std::basic_string<QvChar> Wide(const std::string& text);
-// "format 1/2/44100/16" of a format's first 18 bytes: tag, channels, rate, bits.
+// "format 1/2/44100/16" of a format's first 18 bytes: tag, channels, rate, bits; told if its rates are 0.
 std::string FormatText(const std::uint8_t* record);
 // "8 sum 28 finished 0": the length of a block, what its bytes sum up to, and whether it is the last.
 std::string BlockText(const clBlockRec& block);

@@ -3,8 +3,9 @@
 //     decodes|.ext|DESCRIPTION          a row of Get "Decodes", in order; fields that are missing are null
 //     more|N                            N rows behind those, of extension and description .more
 //     open|REQUEST|0                    Open refuses this request
-//     silent                            Open succeeds and fills nothing
+//     silent|REQUEST                    Open succeeds and fills nothing, for this request or for any
 //     format|TAG|CHANNELS|RATE|BITS|CBSIZE   what Open reports; PCM, 2 channels, 44100 Hz, 16 bits, 0 otherwise
+//     norates                           the format has no block alignment and no byte rate
 //     closes                            the journal names the file in the record that Close is given
 //     length|MS    size|BYTES    property|N
 //     tag|NAME|VALUE|BYTES              a row of requests 8 and 32, with so many bytes of art
@@ -70,6 +71,7 @@ void Decoder::DescribeFormat(std::uint8_t (&record)[40]) const {
     format.wBitsPerSample = static_cast<std::uint16_t>(script.Number("format", 3, 16));
     format.nBlockAlign = BlockAlign();
     format.nAvgBytesPerSec = format.nBlockAlign * format.nSamplesPerSec;
+    if (script.Has("norates")) format.nAvgBytesPerSec = format.nBlockAlign = 0;
     format.cbSize = static_cast<std::uint16_t>(script.Number("format", 4, 0));
     std::memset(record, 0, sizeof record);
     std::memcpy(record, &format, sizeof format);
@@ -169,7 +171,9 @@ int32_t Open(QvInstance instance, clOpenFileRec* record) {
     for (const Script::Fields& refusal : decoder.script.Rows("open")) {
         if (FieldOf(refusal, 0, 0) == record->request) return static_cast<int32_t>(FieldOf(refusal, 1, 1));
     }
-    if (decoder.script.Has("silent")) return 1;
+    if (decoder.script.Has("silent") &&
+        decoder.script.Number("silent", 0, record->request) == record->request)
+        return 1;
     if (record->request == QV_OPEN_DECODING || record->request == QV_OPEN_PROPERTIES) {
         decoder.DescribeFile(*record);
     } else {

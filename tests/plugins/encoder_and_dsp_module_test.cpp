@@ -53,10 +53,12 @@ TEST_F(EncoderModule, An_encoding_reaches_the_module_whole) {
     EXPECT_TRUE(mEncoder.EncodeBlock(&block));  // an empty last block still reaches it
     EXPECT_TRUE(mEncoder.EndConversion(&session));
     mEncoder.Unload();
-    EXPECT_EQ(mModule.TakeJournal(),
-              "ENC_Create\nENC_Get Extension\nENC_BeginConversion out.abc 'q=5' format 1/2/44100/16\n"
-              "ENC_EncodeBlock 4 sum 10 finished 0 format 1/2/44100/16\n"
-              "ENC_EncodeBlock 0 sum 0 finished 1 format 1/2/44100/16\nENC_EndConversion 0\nENC_Destroy\n");
+    EXPECT_EQ(
+        mModule.TakeJournal(),
+        "ENC_Create\nENC_Get Extension\nENC_BeginConversion out.abc 'q=5' format 1/2/44100/16 without rates\n"
+        "ENC_EncodeBlock 4 sum 10 finished 0 format 1/2/44100/16 without rates\n"
+        "ENC_EncodeBlock 0 sum 0 finished 1 format 1/2/44100/16 without rates\nENC_EndConversion "
+        "0\nENC_Destroy\n");
 }
 
 TEST_F(EncoderModule, Refusals_come_back_as_false) {
