@@ -14,18 +14,14 @@
 
 namespace {
 
-constexpr double kMostSeconds = 3600;
 constexpr std::uint64_t kMostHeldBytes = std::uint64_t{1} << 30;
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20;  // of what is left at the end; no frame is longer
 
 }  // namespace
 
 XString clFade::Plan(clSettings& settings, clEffectAudio&) {
-    double in = 0, out = 0;
-    mShape = kLinear;
-    settings.Decimal(u"in", 0, kMostSeconds, &in);
-    settings.Decimal(u"out", 0, kMostSeconds, &out);
-    settings.Choice(u"shape", {u"linear", u"cosine"}, &mShape);
+    const double in = settings.Decimal(kFadeIn), out = settings.Decimal(kFadeOut);
+    mShape = settings.Choice(kFadeShape);
     mInFrames = static_cast<std::uint64_t>(std::round(in * mFormat.rate));
     mOutFrames = static_cast<std::uint64_t>(std::round(out * mFormat.rate));
     mPosition = 0;

@@ -6,9 +6,16 @@
 
 #include "modules/support/module_effect.h"
 
+inline constexpr clSettingRule kFadeIn{.name = u"in", .isWhole = false, .most = 3600};  // seconds
+inline constexpr clSettingRule kFadeOut{.name = u"out", .isWhole = false, .most = 3600};
+inline constexpr const char16_t* kFadeShapeWords[] = {u"linear", u"cosine"};
+inline constexpr clSettingRule kFadeShape{.name = u"shape", .words = kFadeShapeWords};
+
 class clFade : public clModuleEffect {
   public:
     explicit clFade(const clModuleLog& log) : clModuleEffect(log, u"Fade") {}
+
+    std::span<const clPanelRow> PanelRows() const override;
 
   private:
     enum Shape : std::size_t { kLinear, kCosine };

@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "foundation/joined.h"
+#include "modules/flac/flac_settings.h"
 #include "modules/flac/mask_comment.h"
 #include "modules/support/channel_order.h"
 #include "modules/support/property_text.h"
-#include "modules/support/settings.h"
 
 // What libFLAC asks of a file: it writes again only what it has written.
 struct FlacEncoderCallbacks {
@@ -50,18 +50,15 @@ XString clFlacEncoder::Plan(const char16_t* settings, const QvFormatExtensible& 
 
 XString clFlacEncoder::ReadSettings(const char16_t* text) {
     constexpr std::uint32_t kBits[] = {24, 16};
-    std::int64_t level = 5;
-    std::size_t bits = 0, verify = 0;
     clSettings settings(text);
-    settings.Integer(u"compression-level", 0, 8, &level);
-    settings.Choice(u"bits", {u"24", u"16"}, &bits);
-    settings.Choice(u"verify", {u"no", u"yes"}, &verify);
+    const std::int64_t level = settings.Integer(kFlacLevel);
+    const std::size_t bits = settings.Choice(kFlacBits), verify = settings.Choice(kFlacVerify);
     const XString trouble = settings.Trouble();
     if (!trouble.IsEmpty()) return trouble;
     mLevel = static_cast<std::uint32_t>(level);
     mVerifies = verify != 0;
     mBits = mInput.IsFloat() ? kBits[bits] : std::max(mInput.ValidBits(), kLeastBits);
-    if (!settings.IsGiven(u"bits") || mBits == kBits[bits]) return XString();
+    if (!settings.IsGiven(kFlacBits.name) || mBits == kBits[bits]) return XString();
     return Joined({u"the setting -bits is for float samples, and these are integers of ",
                    UnitText(mBits, u"bits").Text()});
 }

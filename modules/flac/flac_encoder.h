@@ -21,6 +21,7 @@ class clFlacEncoder : public clFileEncoder {
     using clFileEncoder::clFileEncoder;
 
     const char16_t* Extension() const override { return u".flac"; }
+    std::span<const clPanelRow> PanelRows() const override;
 
   private:
     struct Deleter {

@@ -5,15 +5,13 @@
 #include <algorithm>
 
 #include "foundation/joined.h"
+#include "modules/mp3/mp3_settings.h"
 #include "modules/support/property_text.h"
-#include "modules/support/settings.h"
 
 namespace {
 
 // By the library's own rule of thumb: a quarter more than samples, and what it may hold back.
 constexpr std::size_t kOutBytes = clSampleInput::kPieceFrames * 5 / 4 + 7200;
-
-constexpr std::uint32_t kMostBitrate = 320;
 
 // What each generation of MPEG has, lowest rate first.
 struct Generation {
@@ -51,17 +49,14 @@ XString clMp3Encoder::Plan(const char16_t* settings, const QvFormatExtensible& f
 }
 
 XString clMp3Encoder::Configure(const char16_t* text) {
-    std::int64_t bitrate = 0, algorithm = 3;
-    double quality = 2;
-    std::size_t mode = 0;
     clSettings settings(text);
-    settings.Integer(u"bitrate", 8, kMostBitrate, &bitrate);
-    settings.Decimal(u"quality", 0, 9.999, &quality);
-    settings.Integer(u"algorithm", 0, 9, &algorithm);
-    settings.Choice(u"mode", {u"joint", u"stereo"}, &mode);
+    const std::int64_t bitrate = settings.Integer(kMp3Bitrate);
+    const double quality = settings.Decimal(kMp3Quality);
+    const std::int64_t algorithm = settings.Integer(kMp3Algorithm);
+    const std::size_t mode = settings.Choice(kMp3Mode);
     const XString trouble = settings.Trouble();
     if (!trouble.IsEmpty()) return trouble;
-    if (settings.IsGiven(u"bitrate") && settings.IsGiven(u"quality"))
+    if (settings.IsGiven(kMp3Bitrate.name) && settings.IsGiven(kMp3Quality.name))
         return XString(u"the settings -bitrate and -quality exclude each other");
     const auto& bitrates = GenerationOf(mInput.Rate())->bitrates;
     if (bitrate != 0 &&

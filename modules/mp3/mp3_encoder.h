@@ -17,6 +17,7 @@ class clMp3Encoder : public clFileEncoder {
     ~clMp3Encoder() override { Release(); }
 
     const char16_t* Extension() const override { return u".mp3"; }
+    std::span<const clPanelRow> PanelRows() const override;
 
   private:
     XString Plan(const char16_t* settings, const QvFormatExtensible& format) override;

@@ -5,33 +5,32 @@
 #include <algorithm>
 
 #include "foundation/joined.h"
+#include "modules/opus/opus_settings.h"
 #include "modules/support/property_text.h"
-#include "modules/support/settings.h"
 
 namespace {
 
 // Below, the library's converter looks further ahead than the library has room for; above, its filters
 // outgrow all use.
 constexpr std::uint32_t kLeastRate = 100, kMostRate = 768000;
-constexpr std::int64_t kMostBitrate = 512;            // kbit/s
-constexpr std::int64_t kMostBitrateOfAChannel = 300;  // as far as the codec goes
 
 enum Mode : std::size_t { kVariable, kConstrained, kConstant };
 
 struct Choice {
     std::int64_t bitrate = 0;  // kbit/s; 0 leaves it to the library
-    std::int64_t complexity = 10;
+    std::int64_t complexity = 0;
     std::size_t mode = kVariable;
     std::size_t signal = 0;
 };
 
 XString Choose(const char16_t* text, std::uint32_t channels, Choice* choice) {
     clSettings settings(text);
-    settings.Integer(u"bitrate", 6, std::min(kMostBitrate, kMostBitrateOfAChannel * channels),
-                     &choice->bitrate);
-    settings.Choice(u"mode", {u"vbr", u"cvbr", u"cbr"}, &choice->mode);
-    settings.Integer(u"complexity", 0, 10, &choice->complexity);
-    settings.Choice(u"signal", {u"auto", u"music", u"speech"}, &choice->signal);
+    clSettingRule bitrate = kOpusBitrate;
+    bitrate.most = std::min(bitrate.most, static_cast<double>(kOpusMostBitrateOfAChannel * channels));
+    choice->bitrate = settings.Integer(bitrate);
+    choice->mode = settings.Choice(kOpusMode);
+    choice->complexity = settings.Integer(kOpusComplexity);
+    choice->signal = settings.Choice(kOpusSignal);
     return settings.Trouble();
 }
 

@@ -14,6 +14,7 @@ class clOpusEncoder : public clOggEncoder {
     ~clOpusEncoder() override { Release(); }
 
     const char16_t* Extension() const override { return u".opus"; }
+    std::span<const clPanelRow> PanelRows() const override;
 
   private:
     XString Prepare(const char16_t* settings) override;

@@ -5,6 +5,7 @@
 #include "foundation/qv_text.h"
 #include "modules/support/entry_guard.h"
 #include "modules/support/module_effect.h"
+#include "modules/support/panel_entries.h"
 
 namespace {
 
@@ -67,10 +68,13 @@ int32_t QV_CALL DSP_Set(QvInstance, const QvChar*, const clCodecQueryRec*) {
     return 0;
 }
 
-// The effects have no panel: their settings are texts, as each one's documentation tells.
-void QV_CALL DSP_ShowConfigBit(QvInstance, uint64_t, int32_t, int32_t, const QvChar*) {}
-const QvChar* QV_CALL DSP_RemoveConfigBit(QvInstance, uint64_t) {
-    return nullptr;
+void QV_CALL DSP_ShowConfigBit(QvInstance instance, uint64_t parent, int32_t x, int32_t y,
+                               const QvChar* settings) {
+    ShowPanel<clModuleEffect>(instance, parent, x, y, settings);
+}
+
+const QvChar* QV_CALL DSP_RemoveConfigBit(QvInstance instance, uint64_t) {
+    return RemovePanel<clModuleEffect>(instance);
 }
 
 int32_t QV_CALL DSP_BeginConversion(QvInstance instance, clEffectSessionRec* session) {

@@ -5,6 +5,7 @@
 #include "foundation/qv_text.h"
 #include "modules/support/entry_guard.h"
 #include "modules/support/module_encoder.h"
+#include "modules/support/panel_entries.h"
 
 namespace {
 
@@ -54,10 +55,13 @@ int32_t QV_CALL ENC_Set(QvInstance, const QvChar*, const clCodecQueryRec*) {
     return 0;
 }
 
-// The encoders have no panel: their settings are texts, as each one's documentation tells.
-void QV_CALL ENC_ShowConfigBit(QvInstance, uint64_t, int32_t, int32_t, const QvChar*) {}
-const QvChar* QV_CALL ENC_RemoveConfigBit(QvInstance, uint64_t) {
-    return nullptr;
+void QV_CALL ENC_ShowConfigBit(QvInstance instance, uint64_t parent, int32_t x, int32_t y,
+                               const QvChar* settings) {
+    ShowPanel<clModuleEncoder>(instance, parent, x, y, settings);
+}
+
+const QvChar* QV_CALL ENC_RemoveConfigBit(QvInstance instance, uint64_t) {
+    return RemovePanel<clModuleEncoder>(instance);
 }
 
 int32_t QV_CALL ENC_BeginConversion(QvInstance instance, clEncoderSessionRec* session) {

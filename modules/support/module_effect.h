@@ -11,6 +11,7 @@
 #include <span>
 
 #include "modules/support/module_log.h"
+#include "modules/support/panel.h"
 #include "modules/support/sample_format.h"
 #include "modules/support/settings.h"
 
@@ -27,13 +28,12 @@ struct clEffectBlock {
     bool finished = false;
 };
 
-class clModuleEffect {
+class clModuleEffect : public clPanelOwner {
   public:
     // `name` is a constant: what the host knows the effect by.
     clModuleEffect(const clModuleLog& log, const char16_t* name) : mLog(log), mName(name) {}
     clModuleEffect(const clModuleEffect&) = delete;
     clModuleEffect& operator=(const clModuleEffect&) = delete;
-    virtual ~clModuleEffect() = default;
 
     // `settings` is never null. `audio` comes as it will go in, and leaves as it will come out.
     bool Begin(const char16_t* settings, clEffectAudio& audio);

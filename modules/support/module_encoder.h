@@ -9,13 +9,13 @@
 #include <memory>
 
 #include "modules/support/module_log.h"
+#include "modules/support/panel.h"
 
-class clModuleEncoder {
+class clModuleEncoder : public clPanelOwner {
   public:
     explicit clModuleEncoder(const clModuleLog& log) : mLog(log) {}
     clModuleEncoder(const clModuleEncoder&) = delete;
     clModuleEncoder& operator=(const clModuleEncoder&) = delete;
-    virtual ~clModuleEncoder() = default;
 
     virtual const char16_t* Extension() const = 0;  // ".wav"; a constant
 

@@ -96,8 +96,7 @@ void clSettings::Decimal(const char16_t* name, double least, double most, double
         Complain(*entry, u"a number from " + Shown(least) + u" to " + Shown(most));
 }
 
-void clSettings::Choice(const char16_t* name, std::initializer_list<const char16_t*> words,
-                        std::size_t* index) {
+void clSettings::Choice(const char16_t* name, std::span<const char16_t* const> words, std::size_t* index) {
     const Entry* entry = Ask(name);
     if (!entry) return;
     const auto word = std::ranges::find(words, entry->value);
@@ -108,6 +107,31 @@ void clSettings::Choice(const char16_t* name, std::initializer_list<const char16
     std::u16string range = u"one of";
     for (const char16_t* each : words) range += std::u16string(u" ") + each;
     Complain(*entry, range);
+}
+
+std::int64_t clSettings::Integer(const clSettingRule& rule) {
+    return Integer(rule, static_cast<std::int64_t>(rule.standard));
+}
+
+std::int64_t clSettings::Integer(const clSettingRule& rule, std::int64_t standard) {
+    Integer(rule.name, static_cast<std::int64_t>(rule.least), static_cast<std::int64_t>(rule.most),
+            &standard);
+    return standard;
+}
+
+double clSettings::Decimal(const clSettingRule& rule) {
+    double number = rule.standard;
+    Decimal(rule.name, rule.least, rule.most, &number);
+    return number;
+}
+
+std::size_t clSettings::Choice(const clSettingRule& rule) {
+    return Choice(rule, static_cast<std::size_t>(rule.standard));
+}
+
+std::size_t clSettings::Choice(const clSettingRule& rule, std::size_t standard) {
+    Choice(rule.name, rule.words, &standard);
+    return standard;
 }
 
 XString clSettings::Trouble() const {

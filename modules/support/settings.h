@@ -14,10 +14,20 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "foundation/wide_string.h"
+
+// What a setting may be, stated once for the code that reads it and for the panel that shows it.
+struct clSettingRule {
+    const char16_t* name;
+    std::span<const char16_t* const> words{};  // it is one of these; a number where there are none
+    bool isWhole = true;                       // this, and the next two, of a number
+    double least = 0, most = 0;
+    double standard = 0;  // what holds where nothing is said: a number, or the index of a word
+};
 
 class clSettings {
   public:
@@ -28,7 +38,17 @@ class clSettings {
     void Integer(const char16_t* name, std::int64_t least, std::int64_t most, std::int64_t* value);
     void Decimal(const char16_t* name, double least, double most, double* value);
     // *index is that of the chosen word.
-    void Choice(const char16_t* name, std::initializer_list<const char16_t*> words, std::size_t* index);
+    void Choice(const char16_t* name, std::initializer_list<const char16_t*> words, std::size_t* index) {
+        Choice(name, std::span(words.begin(), words.size()), index);
+    }
+    void Choice(const char16_t* name, std::span<const char16_t* const> words, std::size_t* index);
+
+    // The same by rule. The result is what is given or else what is standard, by the rule or by `standard`.
+    std::int64_t Integer(const clSettingRule& rule);
+    std::int64_t Integer(const clSettingRule& rule, std::int64_t standard);
+    double Decimal(const clSettingRule& rule);
+    std::size_t Choice(const clSettingRule& rule);
+    std::size_t Choice(const clSettingRule& rule, std::size_t standard);
 
     bool IsGiven(const char16_t* name) const;
 

@@ -2,13 +2,8 @@
 
 #include <cmath>
 
-namespace {
-constexpr double kMostDecibels = 100;
-}
-
 XString clVolume::Plan(clSettings& settings, clEffectAudio&) {
-    double gain = 0;
-    settings.Decimal(u"gain", -kMostDecibels, kMostDecibels, &gain);
+    const double gain = settings.Decimal(kVolumeGain);
     // In more digits than are kept: the same factor wherever this is built.
     mFactor = static_cast<double>(std::pow(10.0L, static_cast<long double>(gain) / 20));
     return XString();

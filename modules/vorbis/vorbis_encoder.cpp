@@ -4,24 +4,23 @@
 
 #include "foundation/joined.h"
 #include "modules/support/property_text.h"
-#include "modules/support/settings.h"
+#include "modules/vorbis/vorbis_settings.h"
 
 namespace {
 
 constexpr std::uint32_t kMostRate = 200000;  // hertz
 
 struct Choice {
-    double quality = 5;
-    std::int64_t bitrate = 0;  // kbit/s on average; 0 for by quality
+    double quality;
+    std::int64_t bitrate;  // kbit/s on average; 0 for by quality
 };
 
 XString Choose(const char16_t* text, Choice* choice) {
     clSettings settings(text);
-    settings.Decimal(u"quality", -1, 10, &choice->quality);
-    settings.Integer(u"bitrate", 32, 500, &choice->bitrate);
+    *choice = {settings.Decimal(kVorbisQuality), settings.Integer(kVorbisBitrate)};
     const XString trouble = settings.Trouble();
     if (!trouble.IsEmpty()) return trouble;
-    if (settings.IsGiven(u"quality") && settings.IsGiven(u"bitrate"))
+    if (settings.IsGiven(kVorbisQuality.name) && settings.IsGiven(kVorbisBitrate.name))
         return XString(u"the settings -quality and -bitrate exclude each other");
     return XString();
 }
@@ -76,7 +75,7 @@ void clVorbisEncoder::Release() {
 }
 
 XString clVorbisEncoder::Prepare(const char16_t* settings) {
-    Choice choice;
+    Choice choice{};
     const XString trouble = Choose(settings, &choice);
     if (!trouble.IsEmpty()) return trouble;
     mLibrary = std::make_unique<Library>();

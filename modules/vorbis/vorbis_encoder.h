@@ -14,6 +14,7 @@ class clVorbisEncoder : public clOggEncoder {
     ~clVorbisEncoder() override;
 
     const char16_t* Extension() const override { return u".ogg"; }
+    std::span<const clPanelRow> PanelRows() const override;
 
   private:
     struct Library;  // what libvorbis needs during one encoding

@@ -13,6 +13,7 @@ class clWaveEncoder : public clFileEncoder {
         : clFileEncoder(log), mHeader(riffLimit) {}
 
     const char16_t* Extension() const override { return u".wav"; }
+    std::span<const clPanelRow> PanelRows() const override;
 
   private:
     XString Plan(const char16_t* settings, const QvFormatExtensible& format) override;

@@ -145,8 +145,12 @@ TEST_F(Entries, of_an_effect_refuse_what_makes_no_sense) {
     clCodecQueryRec query{};
     EXPECT_EQ(DSP_Get(instance, ToQvText(u"Extension"), &query), 0);
     EXPECT_EQ(DSP_Set(instance, ToQvText(u"IDTags"), &query), 0);
-    DSP_ShowConfigBit(instance, 0, 0, 0, nullptr);
     EXPECT_EQ(DSP_RemoveConfigBit(instance, 0), nullptr);
+    DSP_ShowConfigBit(instance, 0, 0, 0, nullptr);
+    EXPECT_TRUE(XString(u"") == FromQvText(DSP_RemoveConfigBit(instance, 0)));
+    EXPECT_EQ(DSP_RemoveConfigBit(instance, 0), nullptr);
+    DSP_ShowConfigBit(0, 0, 0, 0, nullptr);
+    EXPECT_EQ(DSP_RemoveConfigBit(0, 0), nullptr);
     DSP_Destroy(instance);
     DSP_Destroy(0);
     EXPECT_EQ(Begin(0) + Pass(0) + Look(0) + DSP_EndConversion(0, &session), 0);

@@ -130,13 +130,23 @@ TEST_F(WaveEncoding, Settings_may_ask_for_64_bit_sizes_at_any_length) {
 }
 
 TEST_F(WaveEncoding, Settings_that_are_not_known_are_refused) {
-    for (const char16_t* settings :
-         {u"-header=", u"-header=Plain", u"-header=plain -header=plain", u"-header", u"plain", u"-bits=16",
-          u"-header=rf64x", u"\"-header=plain\"", u"\t"}) {
-        const std::u16string message =
-            std::u16string(u"the settings \"") + settings + u"\" are not known to the WAVE encoder";
-        ExpectRefusal(kStereo, settings, message.c_str());
-    }
+    constexpr struct {
+        const char16_t* settings;
+        const char16_t* message;
+    } kRows[] = {
+        {u"-header=", u"the setting -header is \"\", but must be one of auto plain extensible rf64"},
+        {u"-header=Plain",
+         u"the setting -header is \"Plain\", but must be one of auto plain extensible rf64"},
+        {u"-header=rf64x",
+         u"the setting -header is \"rf64x\", but must be one of auto plain extensible rf64"},
+        {u"-header=plain -header=plain", u"the setting -header is given twice"},
+        {u"-header", u"the setting \"-header\" does not have the form -name=value"},
+        {u"plain", u"the setting \"plain\" does not have the form -name=value"},
+        {u"-bits=16", u"the setting -bits is not known"},
+        {u"\"-header=plain\"", u"the setting \"\"-header=plain\"\" does not have the form -name=value"},
+        {u"\t", u"the setting \"\t\" does not have the form -name=value"},
+    };
+    for (const auto& row : kRows) ExpectRefusal(kStereo, row.settings, row.message);
 }
 
 TEST_F(WaveEncoding, Formats_that_contradict_themselves_are_refused) {
@@ -215,14 +225,16 @@ TEST_F(WaveEncoding, An_empty_last_block_is_a_block) {
     EXPECT_EQ(mFolder.Read(u"a.wav"), Riff(kJunk + StereoFormat() + Chunk("data", "")));
 }
 
-TEST_F(WaveEncoding, The_encoder_names_its_extension_and_has_no_panel) {
+TEST_F(WaveEncoding, The_encoder_names_its_extension_and_gives_back_its_settings) {
     clCodecQueryRec query{};
     ASSERT_TRUE(mModules.Encoder().Create(mModules.Log().Log()));
     EXPECT_TRUE(mModules.Encoder().Get(u"Extension", &query));
     EXPECT_TRUE(XString(u".wav") == FromQvText(query.text));
     EXPECT_FALSE(mModules.Encoder().Get(u"Decodes", &query));
     EXPECT_FALSE(mModules.Encoder().Set(u"Extension", &query));
-    mModules.Encoder().ShowConfigBit(0, 0, 0, u"");
+    EXPECT_EQ(mModules.Encoder().RemoveConfigBit(0), nullptr);
+    mModules.Encoder().ShowConfigBit(0, 0, 0, u" -header=rf64 ");
+    EXPECT_TRUE(XString(u"-header=rf64") == mModules.Encoder().RemoveConfigBit(0));
     EXPECT_EQ(mModules.Encoder().RemoveConfigBit(0), nullptr);
 }
 
