@@ -15,13 +15,12 @@ bool Chain::Fail(const char16_t* what, const Effect& effect) const {
 
 bool Chain::Find(const std::vector<Command::Pair>& ordered) {
     if (ordered.empty()) return true;
-    XLog log;
-    log.mErrorOut = mErrors.emplace(mReporter).Channel();
-    log.mInfoOut = mReporter.InformationStream();
+    mLog.mErrorOut = mErrors.emplace(mReporter).Channel();
+    mLog.mInfoOut = mReporter.InformationStream();
     for (const Command::Pair& order : ordered) {
         Effect& effect = *mEffects.emplace_back(std::make_unique<Effect>(order));
         mLifeline.Beat();
-        if (!effect.Find(log)) return Fail(u"There is no effect", effect);
+        if (!effect.Find(mLog)) return Fail(u"There is no effect", effect);
     }
     return true;
 }

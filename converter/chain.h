@@ -55,5 +55,6 @@ class Chain {
     Lifeline& mLifeline;
     Reporter& mReporter;
     std::optional<ErrorTap> mErrors;  // outlives the modules
+    XLog mLog;                        // likewise: they may keep its address
     std::vector<std::unique_ptr<Effect>> mEffects;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "audio/format_record.h"
 #include "converter/module_search.h"
 #include "foundation/qv_text.h"
 #include "plugins/codec_handler.h"
@@ -20,7 +21,7 @@ constexpr std::uint32_t kLargestTagData = 1000000;
 
 Source::Source(std::u16string file, Reporter& reporter) : mFile(std::move(file)), mErrors(reporter) {
     mLog.mErrorOut = mErrors.Channel();
-    mLog.mInfoOut = reporter.InformationStream();
+    mLog.mInfoOut = mTagLog.mErrorOut = mTagLog.mInfoOut = reporter.InformationStream();
 }
 
 bool Source::FindDecoder() {
@@ -33,13 +34,15 @@ bool Source::Open() {
     mRecord.file = ToQvText(mFile.c_str());
     mRecord.request = QV_OPEN_DECODING;
     mOpen = mDecoder.Open(&mRecord);
+    clFormatHolder format;
+    TakeFormat(format, mRecord.format);
+    GiveFormat(format, mRecord.format);
     return mOpen;
 }
 
 bool Source::OpenAgain() {
     const AudioForm before = Form();
-    mDecoder.Close(nullptr);
-    mOpen = false;
+    CloseFile();
     return clQvCodecHandler::CreateInstance(mDecoder, mLog) && Open() && Form().format == before.format;
 }
 
@@ -50,22 +53,21 @@ AudioForm Source::Form() const {
     return form;
 }
 
-// An instance serves one purpose: each request for tags gets one of its own, and the decoding a fresh one.
+// An instance serves one purpose: each request for tags gets one of its own, and the decoding a fresh one. A module
+// that doesn't know the first request may refuse it or leave it unanswered.
 void Source::ReadTags(clIDTagList& tags) {
     if (!ReadTags(QV_OPEN_ALL_TAGS, tags)) ReadTags(QV_OPEN_TAGS, tags);
     clQvCodecHandler::CreateInstance(mDecoder, mLog);
 }
 
 bool Source::ReadTags(std::uint32_t request, clIDTagList& tags) {
-    XLog log = mLog;
-    log.mErrorOut = log.mInfoOut;
-    clQvCodecHandler::CreateInstance(mDecoder, log);
+    clQvCodecHandler::CreateInstance(mDecoder, mTagLog);
     clOpenFileRec record = {};
     record.file = ToQvText(mFile.c_str());
     record.request = request;
-    if (!mDecoder.Open(&record)) return false;
+    if (!mDecoder.Open(&record) || !record.tagData || record.tagDataSize == 0) return false;
     const bool isTooMuch = request == QV_OPEN_TAGS && record.tagDataSize >= kLargestTagData;
-    if (record.tagData && !isTooMuch) tags.Deserialise(record.tagData, record.tagDataSize);
+    if (!isTooMuch) tags.Deserialise(record.tagData, record.tagDataSize);
     return true;
 }
 
@@ -81,10 +83,15 @@ bool Source::NextBlock(clBlockRec& block) {
 }
 
 bool Source::Close() {
-    if (mOpen) mDecoder.Close(nullptr);
-    mOpen = false;
+    CloseFile();
     mDecoder.Unload();
     return mErrors.Close() == 0;
+}
+
+void Source::CloseFile() {
+    clEncoderSessionRec session = {};  // modules may expect the record, though nothing in it is for decoders
+    if (mOpen) mDecoder.Close(&session);
+    mOpen = false;
 }
 
 int Source::Percent() const {

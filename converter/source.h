@@ -38,10 +38,12 @@ class Source {
 
   private:
     bool ReadTags(std::uint32_t request, clIDTagList& tags);
+    void CloseFile();
 
     const std::u16string mFile;
     ErrorTap mErrors;  // outlives the module, which may report while it is destroyed
-    XLog mLog;
+    XLog mLog;         // as long as the module, which may keep its address
+    XLog mTagLog;      // while tags are read
     clOpenFileRec mRecord = {};
     clQvDecoder mDecoder;
     std::uint64_t mBytes = 0;

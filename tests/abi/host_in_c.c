@@ -63,6 +63,22 @@ static int Files(QvConverter* converter) {
     return 0;
 }
 
+/* The form of an encoder or effect that does not exist goes before anybody could see it; without forms the texts come
+ * back. Either way only what this call has stored is stored. */
+static int Settings(QvConverter* converter) {
+    static const QvChar kNobody[] = {'*', 0};
+    QvChar name[8] = {'#', 0}, text[8] = {'#', 0};
+    HOLDS(QACShowSettings(converter, kNobody, kText, name, text) == QV_NOTHING);
+    HOLDS(name[0] == 0 ? text[0] == 0 : memcmp(text, kText, sizeof kText) == 0);
+    HOLDS(QACShowDSPSettings(converter, kNobody, kText, name, text) == QV_NOTHING);
+    HOLDS(name[0] == 0 ? text[0] == 0 : memcmp(text, kText, sizeof kText) == 0);
+    HOLDS(QACShowSettingsOnForm(converter, kNobody, kText, 1, 0, 0) == QV_NOTHING);
+    text[0] = '#';
+    HOLDS(QACRemoveSettings(converter, 1, text) == QV_DONE && text[0] == 0);
+    HOLDS(sizeof QV_SETTINGS_KEY > sizeof QV_SETTINGS_VALUE);
+    return 0;
+}
+
 /* A path without a text is no file and a name without one no encoder, whatever modules there are. */
 static int Direct(QvConverter* converter) {
     static const QvChar kNothing[] = {0};
@@ -112,6 +128,7 @@ int HostInC(void) {
     if (line == 0) line = Messages(converter);
     if (line == 0) line = Files(converter);
     if (line == 0) line = Direct(converter);
+    if (line == 0) line = Settings(converter);
     HOLDS(QACDestroy(converter) == QV_DONE);
     return line;
 }

@@ -26,6 +26,13 @@ TEST_F(Conversion, Passes_every_block_on_and_ends_both_modules) {
     EXPECT_TRUE(decoder.TakeJournal().ends_with("DecodeBlock\nClose\nDestroy\n"));
 }
 
+TEST_F(Conversion, Makes_the_format_whole_that_a_decoder_reports) {
+    EXPECT_EQ(Run("norates\nlength|1000\nblock|1|8|0|0\nblock|1|4|0|1\n"), ExitCode::kDone);
+    const std::string journal = encoder.TakeJournal();
+    EXPECT_NE(journal.find("' format 1/2/44100/16\n"), std::string::npos) << journal;
+    EXPECT_EQ(journal.find("without rates"), std::string::npos) << journal;
+}
+
 TEST_F(Conversion, A_decoder_that_gives_nothing_for_ever_is_given_up) {
     for (const char* nothing : {"block|0\n", "block|1|0|0|0\n"}) {
         EXPECT_EQ(Run(Often(nothing)), ExitCode::kSourceDamaged) << nothing;

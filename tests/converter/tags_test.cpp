@@ -42,6 +42,7 @@ TEST_F(Tags, are_asked_for_whatever_their_size) {
 TEST_F(Tags, of_a_module_that_knows_no_such_request_come_up_to_their_limit) {
     EXPECT_EQ(Written("open|32|0\ntag|Title|a|0\n"), "Title|a|0 ");
     EXPECT_TRUE(Asked("Open 32 ") && Asked("Open 8 "));
+    EXPECT_EQ(Written("silent|32\ntag|Title|a|0\n"), "Title|a|0 ");
     EXPECT_EQ(Written("open|32|0\ntag|Picture|front|1000000\n"), "");
     EXPECT_EQ(Written("open|32|0\nopen|8|0\ntag|Title|a|0\n"), "");
 }

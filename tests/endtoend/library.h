@@ -36,6 +36,10 @@
     X(QACSetPause) \
     X(QACSetCancelled) \
     X(QACSetCPU) \
+    X(QACShowSettings) \
+    X(QACShowSettingsOnForm) \
+    X(QACRemoveSettings) \
+    X(QACShowDSPSettings) \
     X(QADOpenFile) \
     X(QADDecodeBlock) \
     X(QADSetPosition) \

@@ -56,7 +56,7 @@ TEST_F(QuaverConversion, Says_nothing_when_it_is_to_be_quiet) {
 }
 
 TEST_F(QuaverConversion, Helps) {
-    for (const char16_t* command : {u"convert", u"decode", u"info", u"list", u"tags"}) {
+    for (const char16_t* command : {u"convert", u"decode", u"info", u"list", u"settings", u"tags"}) {
         Expect({command, u"--help"}, kDone);
         ExpectOutput("Usage: quaver ");
         Expect({u"--help"}, kDone);
@@ -73,6 +73,10 @@ TEST_F(QuaverConversion, Tells_a_command_line_that_it_does_not_understand) {
                                {u"tags"},
                                {u"decode"},
                                {u"list", u"all"},
+                               {u"settings"},
+                               {u"settings", u"Wave", u"--dsp", u"Fade"},
+                               {u"settings", u"Wave", u"--set", u"a", u"--print"},
+                               {u"settings", u"--dsp", u"Fade", u"--set", u"a"},
                                {u"decode", source, source},
                                {u"decode", source, u"--rate", u"0"},
                                {u"decode", source, u"--rate", u"fast"},
@@ -84,6 +88,10 @@ TEST_F(QuaverConversion, Tells_a_command_line_that_it_does_not_understand) {
                                {u"convert"},
                                {u"convert", source},
                                {u"convert", source, destination, u"third"},
+                               {u"convert", source, destination, u"--rate", u"0"},
+                               {u"convert", source, destination, u"--rate", u"48k"},
+                               {u"convert", source, destination, u"--channels", u"0"},
+                               {u"convert", source, destination, u"--bits", u"20"},
                                {u"convert", source, destination, u"--loud"},
                                {u"convert", source, destination, u"--encoder"}};
     for (const Arguments& arguments : wrong) {

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,8 +13,10 @@
 #include "decode.h"
 #include "info.h"
 #include "list.h"
+#include "settings.h"
 #include "tags.h"
 #include "utf8.h"
+#include "wanted_format.h"
 
 namespace {
 
@@ -56,6 +59,16 @@ std::string NotEmpty(const std::string& text) {
     return text.empty() ? "a name is empty" : "";
 }
 
+// The rate, the channels and the depth that are wanted.
+void AddWantedFormat(CLI::App& command, WantedFormat& wanted) {
+    command.add_option("--rate", wanted.rate, "The rate in hertz; otherwise the file's own")
+        ->check(CLI::Range(1u, 0x7FFFFFFFu));
+    command.add_option("--channels", wanted.channels, "How many channels; otherwise the file's own")
+        ->check(CLI::Range(1, 65535));
+    command.add_option("--bits", wanted.bits, "The bits of a sample; otherwise the file's own")
+        ->check(CLI::IsMember({8, 16, 24, 32, 64}));
+}
+
 void AddConvert(CLI::App& app, Command& chosen) {
     struct Arguments {
         std::string source, destination, encoder, settings;
@@ -70,6 +83,7 @@ void AddConvert(CLI::App& app, Command& chosen) {
     convert.add_option("-e,--encoder", given->encoder,
                        "The encoder; otherwise the destination's extension decides");
     convert.add_option("-s,--settings", given->settings, "The encoder's settings text");
+    AddWantedFormat(convert, given->options.wanted);
     AddRepeated(convert, "--effect", given->effects, "An effect as NAME or NAME=SETTINGS");
     AddRepeated(convert, "-t,--tag", given->tags, "A tag as NAME=VALUE");
     convert.add_flag("--no-tags", given->dropTags, "Leave the source's own tags behind");
@@ -98,12 +112,7 @@ void AddDecode(CLI::App& app, Command& chosen) {
     decode.add_option("FILE", given->file, "The file to decode")->required();
     decode.add_option("-o,--output", given->output, "The file to make; otherwise standard output");
     decode.add_flag("--raw", given->options.raw, "Bare samples, without a header");
-    decode.add_option("--rate", given->options.rate, "The rate in hertz; otherwise the file's own")
-        ->check(CLI::Range(1u, 0x7FFFFFFFu));
-    decode.add_option("--channels", given->options.channels, "How many channels; otherwise the file's own")
-        ->check(CLI::Range(1, 65535));
-    decode.add_option("--bits", given->options.bits, "The bits of a sample; otherwise the file's own")
-        ->check(CLI::IsMember({8, 16, 24, 32, 64}));
+    AddWantedFormat(decode, given->options.wanted);
     decode.add_flag("-f,--overwrite", given->options.overwrite, "Replace an existing file");
     decode.add_flag("-q,--quiet", given->options.quiet, "Say nothing but errors");
     decode.callback([given, &chosen] {
@@ -133,6 +142,36 @@ void AddList(CLI::App& app, Command& chosen) {
     CLI::App& list = *app.add_subcommand("list", "List encoders, decoders and effects");
     list.add_flag("--json", options->json, "As one JSON document");
     list.callback([options, &chosen] { chosen = [options] { return RunList(*options); }; });
+}
+
+void AddSettings(CLI::App& app, Command& chosen) {
+    struct Arguments {
+        std::string encoder, effect, start;
+        std::optional<std::string> set;
+        SettingsOptions options;
+    };
+    const auto given = std::make_shared<Arguments>();
+    CLI::App& settings =
+        *app.add_subcommand("settings", "Show the settings of an encoder or effect, or set them");
+    auto& module = *settings.add_option_group("module");
+    module.add_option("ENCODER", given->encoder, "The encoder");
+    CLI::Option* const effect =
+        module.add_option("--dsp", given->effect, "An effect instead; its settings are shown and not stored");
+    module.require_option(1);
+    CLI::Option* const start =
+        settings.add_option("--start", given->start, "What the form begins with; otherwise what is stored");
+    CLI::Option* const set = settings.add_option("-s,--set", given->set, "Store this text, without a form")
+                                 ->excludes(start, effect);
+    settings.add_flag("-p,--print", given->options.print, "Show no form, only what is stored")
+        ->excludes(start, set, effect);
+    settings.callback([given, &chosen] {
+        SettingsOptions& options = given->options;
+        options.isEffect = !given->effect.empty();
+        options.name = FromUtf8(options.isEffect ? given->effect : given->encoder);
+        options.start = FromUtf8(given->start);
+        if (given->set) options.set = FromUtf8(*given->set);
+        chosen = [given] { return RunSettings(given->options); };
+    });
 }
 
 void AddTags(CLI::App& app, Command& chosen) {
@@ -175,5 +214,6 @@ void AddCommands(CLI::App& app, Command& chosen) {
     AddDecode(app, chosen);
     AddInfo(app, chosen);
     AddList(app, chosen);
+    AddSettings(app, chosen);
     AddTags(app, chosen);
 }

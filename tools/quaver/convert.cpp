@@ -43,8 +43,15 @@ std::u16string Objection(const ConvertOptions& options, const std::u16string& en
     return ObjectionTo(options.source, options.destination, options.overwrite);
 }
 
-void Prepare(const Host& host, const ConvertOptions& options) {
-    for (const auto& [name, settings] : options.effects) {
+// The order asks for what the source has; one that can't be read is told of by its conversion.
+EffectList EffectsOf(Host& host, const ConvertOptions& options) {
+    AudioNumbers source;
+    if (options.wanted.channels != 0 || options.wanted.bits != 0) host.ReadNumbers(options.source, source);
+    return EffectsTo(options.wanted, source.format, options.effects);
+}
+
+void Prepare(const Host& host, const ConvertOptions& options, const EffectList& effects) {
+    for (const auto& [name, settings] : effects) {
         QACAddDSPToList(host.Handle(), AsQvChar(name), AsQvChar(settings));
     }
     for (const auto& [name, value] : options.tags)
@@ -133,9 +140,10 @@ ExitCode RunConvert(const ConvertOptions& options) {
     }
     platform::EndChildrenWithMe();
     interruption::Watch();
-    host.TakeAllErrors();  // of modules that were only looked at
+    const EffectList effects = EffectsOf(host, options);
+    host.TakeAllErrors();  // of modules that were only looked at, and of a file that will be read again
     Transcript transcript;
-    Prepare(host, options);
+    Prepare(host, options, effects);
     Progress progress(platform::GetStdHandle(platform::kStdError), FileSize(options.source));
     const bool started =
         QACConvertAudio(host.Handle(), AsQvChar(options.source), AsQvChar(options.destination),

@@ -6,17 +6,17 @@
 #include <vector>
 
 #include "exit_codes.h"
+#include "wanted_format.h"
 
 struct ConvertOptions {
-    using Pair = std::pair<std::u16string, std::u16string>;
-
     std::u16string source;
     std::u16string destination;
-    std::u16string encoder;     // empty: chosen by the destination's extension
-    std::u16string settings;    // the encoder's own text
-    std::vector<Pair> effects;  // name and settings, in the order they run
-    std::vector<Pair> tags;     // name and value
-    bool carryTags = true;      // the source's tags go along
+    std::u16string encoder;   // empty: chosen by the destination's extension
+    std::u16string settings;  // the encoder's own text
+    WantedFormat wanted;
+    EffectList effects;                                           // in the order they run
+    std::vector<std::pair<std::u16string, std::u16string>> tags;  // name and value
+    bool carryTags = true;                                        // the source's tags go along
     bool overwrite = false;
     bool quiet = false;
 };

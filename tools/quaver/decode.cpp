@@ -46,6 +46,7 @@ class Blocks {
     std::uint32_t mFinished = 0;
 };
 
+// One file with a handle of its own: what a handle's stages hold of one stream would come out with the next.
 class Decoding {
   public:
     explicit Decoding(const DecodeOptions& options) : mOptions(options), mOutput(options.output) {}
@@ -62,6 +63,7 @@ class Decoding {
   private:
     bool Open();
     bool Deliverable() const;
+    bool HasAudio() const;
     ExitCode Deliver();
     ExitCode Conclude();
     bool WriteEnd();
@@ -78,9 +80,9 @@ class Decoding {
 };
 
 bool Decoding::Open() {
-    mFormat.Format.nChannels = mOptions.channels;
-    mFormat.Format.wBitsPerSample = mOptions.bits;
-    mFormat.Format.nSamplesPerSec = mOptions.rate;
+    mFormat.Format.nChannels = mOptions.wanted.channels;
+    mFormat.Format.wBitsPerSample = mOptions.wanted.bits;
+    mFormat.Format.nSamplesPerSec = mOptions.wanted.rate;
     if (QADOpenFile(mHost.Handle(), AsQvChar(mOptions.file), &mFormat, &mLengthMs) == QV_DONE) return true;
     mErrors = mHost.TakeAllErrors();
     if (mErrors.empty()) mErrors = u"'" + mOptions.file + u"' can't be opened: its decoder does not work.\n";
@@ -99,6 +101,18 @@ bool Decoding::Deliverable() const {
              u"); --raw passes it on as it stands.");
     }
     return !plain && mOptions.raw;
+}
+
+// Whether the file, read as it stands, holds as much as a frame at the rate that is delivered.
+bool Decoding::HasAudio() const {
+    Host host;
+    QvFormatExtensible own = {};
+    std::uint64_t lengthMs = 0;
+    if (QADOpenFile(host.Handle(), AsQvChar(mOptions.file), &own, &lengthMs) != QV_DONE) return false;
+    const std::uint64_t bytes = Blocks(host, own.Format).Next().size();
+    QADCloseFile(host.Handle());
+    const std::uint64_t frames = bytes / std::max<std::uint32_t>(own.Format.nBlockAlign, 1);
+    return frames * mFormat.Format.nSamplesPerSec >= own.Format.nSamplesPerSec && frames > 0;
 }
 
 void Decoding::TellOutOfReach() const {
@@ -126,7 +140,7 @@ ExitCode Decoding::Deliver() {
 }
 
 ExitCode Decoding::Conclude() {
-    if (mAudioBytes == 0 && mLengthMs > 0 && mErrors.empty()) {
+    if (mAudioBytes == 0 && mErrors.empty() && HasAudio()) {
         TellOutOfReach();
         return ExitCode::kFailed;
     }

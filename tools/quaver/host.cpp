@@ -139,3 +139,9 @@ bool Host::ReadTags(const std::u16string& file, std::vector<TextRow>& rows) {
         rows.push_back({Text(0), Text(1), {art.begin(), art.begin() + static_cast<std::ptrdiff_t>(artSize)}});
     }
 }
+
+FormAnswer Host::ShowSettings(bool isEffect, const std::u16string& name, const std::u16string& text) {
+    const auto show = isEffect ? QACShowDSPSettings : QACShowSettings;
+    const bool cameUp = show(mConverter, AsQvChar(name), AsQvChar(text), Buffer(0), Buffer(1)) == QV_DONE;
+    return {cameUp, Text(0), Text(1)};
+}

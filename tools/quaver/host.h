@@ -36,6 +36,12 @@ struct Reports {
     std::u16string errors, remarks;
 };
 
+// What a form was left with. An empty name: the module could not be loaded, or the user has cancelled.
+struct FormAnswer {
+    bool cameUp = false;
+    std::u16string name, text;
+};
+
 class Host {
   public:
     Host();
@@ -63,6 +69,10 @@ class Host {
     bool ReadNumbers(const std::u16string& file, AudioNumbers& numbers);
     bool ReadProperties(const std::u16string& file, std::vector<TextRow>& rows);
     bool ReadTags(const std::u16string& file, std::vector<TextRow>& rows);
+
+    // Waits for the user. Where there are no forms the name comes back as it was, with the text, an encoder's
+    // empty one being the stored one.
+    FormAnswer ShowSettings(bool isEffect, const std::u16string& name, const std::u16string& text);
 
   private:
     std::u16string Take(int32_t(QV_CALL* get)(QvConverter*, QvChar*));

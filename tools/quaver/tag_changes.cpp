@@ -57,8 +57,9 @@ bool Delete(Host& host, const std::u16string& file, const std::u16string& name) 
 TagChanges::TagChanges(const TagsOptions& options, std::u16string& objection)
     : mDeleteAll(options.deleteAll), mDeletions(options.deletions) {
     for (const auto& [name, value] : options.settings) {
-        const auto row = std::find_if(mRows.begin(), mRows.end(),
-                                      [&](const TextRow& known) { return SameName(known.name, name); });
+        const auto row = std::find_if(mRows.begin(), mRows.end(), [&wanted = name](const TextRow& known) {
+            return SameName(known.name, wanted);
+        });
         if (row == mRows.end()) {
             mRows.push_back({name, value, {}});
         } else {

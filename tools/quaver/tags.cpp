@@ -104,9 +104,10 @@ ExitCode SavePicture(const TagsOptions& options, const std::u16string& file) {
     const auto& [path, kind] = *options.pictureOut;
     const FileTags tags = Read(file, options.quiet);
     if (!tags.reading.good) return tags.reading.Code();
-    const auto row = std::find_if(tags.rows.begin(), tags.rows.end(), [&](const TextRow& candidate) {
-        return !candidate.art.empty() && IsPicture(candidate.name, kind);
-    });
+    const auto row =
+        std::find_if(tags.rows.begin(), tags.rows.end(), [&wanted = kind](const TextRow& candidate) {
+            return !candidate.art.empty() && IsPicture(candidate.name, wanted);
+        });
     if (row == tags.rows.end()) {
         Tell(u"'" + file + u"' has no picture '" + PictureName(kind) + u"'.");
         return ExitCode::kFailed;
