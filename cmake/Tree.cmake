@@ -16,7 +16,8 @@ function(qv_place_in_tree target description)
     install(TARGETS ${target} RUNTIME DESTINATION . LIBRARY DESTINATION . ARCHIVE DESTINATION .)
 endfunction()
 
-# A codec or effect module: qv_module(<target> <decoder|encoder|DSPs> "<name in the folder>" sources...)
+# A codec or effect module: qv_module(<target> <decoder|encoder|DSPs> "<name in the folder>" sources...). The icon of its
+# name, which script/draw-icons has drawn, stands beside it as forms look for it.
 function(qv_module target folder name)
     add_library(${target} MODULE ${ARGN})
     target_link_libraries(${target} PRIVATE qv_build_flags qv_foundation)
@@ -25,4 +26,6 @@ function(qv_module target folder name)
     qv_windows_resources(${target} "${name} module for Quavermill (${folder})")
     add_dependencies(product ${target})
     install(TARGETS ${target} LIBRARY DESTINATION ${folder})
+    configure_file("${name}.ico" "${QV_TREE}/${folder}/${name}.ico" COPYONLY)
+    install(FILES "${name}.ico" DESTINATION ${folder})
 endfunction()

@@ -1,5 +1,5 @@
-# What Windows wants to know of each file we ship: a version resource, and for a program a manifest (long paths, UTF-8 as
-# its code page, no elevation, the Windows versions it knows, the current common controls). Nothing elsewhere.
+# What Windows wants to know of each file we ship: a version resource, and for a program a manifest (long paths, sharp
+# forms, UTF-8 as its code page, no elevation, the Windows versions it knows, the current common controls). Nothing elsewhere.
 # qv_windows_resources(<target> "<description, as file properties show it>")
 set(qv_resources ${CMAKE_CURRENT_LIST_DIR}/windows)
 
