@@ -16,11 +16,14 @@ void PlainPolyphase(const PolyphaseRows& rows, double* to, const double* from, s
     }
 }
 
-void PlainAdd(double* to, const double* more, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) to[i] += more[i];
+void PlainAddTail(double* block, double* tail, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        block[i] += tail[i];
+        tail[i] = block[count + i];
+    }
 }
 
-const FilterSums kPlain = {PlainPolyphase, PlainAdd, nullptr};
+const FilterSums kPlain = {PlainPolyphase, PlainAddTail, nullptr};
 
 constexpr Forms<const FilterSums> kForms = {
     {&kPlain, &kFilterSumsSse2, &kFilterSumsAvx2, &kFilterSumsAvx512}};

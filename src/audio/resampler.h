@@ -73,14 +73,14 @@ class clResampler {
 
     clPolyphaseFilter polyphase;
     clFftFilter lowPass;
-    std::vector<double> inBuffer;   // a step's input, interleaved
-    std::vector<double> outBuffer;  // and its output
-    clAlignedDoubles block;         // one channel on its way through the low-pass
-    std::vector<double> picked;     // downward: one channel of output
+    std::vector<double> inBuffer;    // a step's input, interleaved, where it isn't doubles already
+    const double* frames = nullptr;  // a step's input
+    std::vector<double> outBuffer;   // and its output
+    clAlignedDoubles block;          // one channel on its way through the low-pass
+    std::vector<double> picked;      // downward: one channel of output
     std::vector<std::vector<double>>
         inputs;  // by channel: what the polyphase filter reads, downward what it needs again
-    // By channel: what the low-pass gives beyond a step. Upward only the samples that are kept, downward in the
-    // second half of the step's block.
+    // By channel: what the low-pass gives beyond a step. Upward only the samples that are kept.
     std::vector<clAlignedDoubles> overhangs;
 
     std::size_t channels = 0;  // 0 while there is no design

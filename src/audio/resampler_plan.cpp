@@ -126,7 +126,7 @@ clResamplerPlan::Buffers clResamplerPlan::Lengths() const {
     lengths.in = half + width + 1;
     lengths.out = half + 1;
     lengths.input = upward ? half + width + 1 + clPolyphaseFilter::kSpare : width + 1;
-    lengths.overhang = upward ? half / oversample + 1 : lengths.block;
+    lengths.overhang = upward ? half / oversample + 1 : half;
     return lengths;
 }
 

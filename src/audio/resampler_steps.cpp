@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <limits>
 
 #include "audio/filter_sums.h"
@@ -84,15 +85,18 @@ bool clResampler::ProcessDown(bool last, const clAudioBlock& taken, std::int64_t
 }
 
 // The polyphase filter reads the step's block where the transform left it, with the last samples of the step before
-// put in front. The overhang likewise stays where it is: the block and the one before it change places.
+// put in front.
 void clResampler::FilterDown(std::size_t channel, std::int64_t want, std::int64_t got, bool finished) {
     const auto half = static_cast<std::size_t>(lowPass.Half()), past = inputs[channel].size();
     double* const now = block.Data() + plan.Lead();
-    const double* const before = overhangs[channel].Data() + plan.Lead();
     std::fill(now, now + overhang, 0.0);
     Spread(channel, want, now + overhang, plan.oversample);
     lowPass.Apply(now);
-    FilterSumsInUse().add(now, before + half, half);
+    double* const tail = overhangs[channel].Data();
+    if (finished)
+        std::transform(now, now + half, tail, now, std::plus<>());
+    else
+        FilterSumsInUse().addTail(now, tail, half);
     double* const input = now - past;
     std::copy(inputs[channel].begin(), inputs[channel].end(), input);
     if (got > 0) polyphase.Run(picked.data(), input + DivideUp(position, plan.phases), got, made);
@@ -100,20 +104,26 @@ void clResampler::FilterDown(std::size_t channel, std::int64_t want, std::int64_
         outBuffer[i * channels + channel] = picked[i];
     if (finished) return;
     std::copy_n(input + half, past, inputs[channel].begin());
-    std::swap(block, overhangs[channel]);
 }
 
-// The samples of a block as doubles, and silence up to what the step wants.
+// The samples of a block as doubles, and silence up to what the step wants. Doubles are read where they stand.
 void clResampler::Read(const clAudioBlock& taken, std::int64_t want) {
     const std::size_t samples = static_cast<std::size_t>(taken.bytes) / sampleBytes;
-    ReadSamples(inBuffer.data(), taken.data, samples, sampleKind);
-    std::fill(inBuffer.data() + samples, inBuffer.data() + static_cast<std::size_t>(want) * channels, 0.0);
+    const std::size_t wanted = static_cast<std::size_t>(want) * channels;
     framesRead += static_cast<std::int64_t>(samples / channels);
+    const bool isAligned = reinterpret_cast<std::uintptr_t>(taken.data) % alignof(double) == 0;
+    if (sampleKind == SampleKind::Float64 && samples == wanted && isAligned) {
+        frames = reinterpret_cast<const double*>(taken.data);
+        return;
+    }
+    ReadSamples(inBuffer.data(), taken.data, samples, sampleKind);
+    std::fill(inBuffer.data() + samples, inBuffer.data() + wanted, 0.0);
+    frames = inBuffer.data();
 }
 
 // One channel of what was read, with zeros between the samples that make them `apart` doubles apart: 1, 2 or 3.
 void clResampler::Spread(std::size_t channel, std::int64_t want, double* to, std::int64_t apart) const {
-    const double* from = inBuffer.data() + channel;
+    const double* from = frames + channel;
     const double* const end = from + static_cast<std::size_t>(want) * channels;
     if (apart == 1)
         for (; from < end; from += channels) *to++ = *from;
