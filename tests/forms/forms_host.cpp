@@ -1,4 +1,5 @@
 // A host that does what its arguments say, in their order, and writes a line about each; fields are parted by tabs.
+// The last line is "ended".
 //
 //     keep NAME TEXT               stores a text for an encoder
 //     stored NAME                  "stored NAME TEXT"
@@ -161,5 +162,6 @@ int platform::ProgramMain(const std::vector<std::u16string>& arguments) {
     }
     QACDestroy(converter);
     platform::OnLibraryNotification(nullptr, false);
+    Say({u"ended"});
     return 0;
 }

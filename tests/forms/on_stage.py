@@ -54,7 +54,7 @@ class Home:
             (folder / f"{name}.script").write_text(script)
 
     def run(self, *steps):
-        return self.stage.host(self.path / "forms_host.exe", *steps)
+        return self.stage.host(self.path / "forms_host.exe", *steps, speaks=True)
 
     def stored(self, *names):
         steps = [word for name in names for word in ("stored", name)]
