@@ -7,17 +7,14 @@
 
 #include "audio/depth.h"
 
-namespace {
-
-bool Agree(const clFormatHolder& a, const clFormatHolder& b) {
-    return a.sampleType() == b.sampleType() && a.format->wBitsPerSample == b.format->wBitsPerSample &&
-           a.format->nSamplesPerSec == b.format->nSamplesPerSec && a.format->nChannels == b.format->nChannels;
+bool clFormatChanger::Stays(const clFormatHolder& in, const clFormatHolder& out) {
+    return in.sampleType() == out.sampleType() && in.format->wBitsPerSample == out.format->wBitsPerSample &&
+           in.format->nSamplesPerSec == out.format->nSamplesPerSec &&
+           in.format->nChannels == out.format->nChannels;
 }
 
-}  // namespace
-
 bool clFormatChanger::ChangeFormat(const clAudioBlock& in, const clFormatHolder& out, bool final) {
-    if (Agree(in, out)) return result.CopyFrom(in);
+    if (Stays(in, out)) return result.CopyFrom(in);
     if (!ChangeDepth(in, out) || !ChangeChannels(in, out)) return false;
     const clAudioBlock* const atRate = ChangeRate(in, out, final);
     return atRate && secondAcm.Convert(*atRate, out, final) && result.CopyFrom(secondAcm.output);

@@ -22,6 +22,8 @@ class clFormatChanger {
     clFormatChanger& operator=(const clFormatChanger&) = delete;
     ~clFormatChanger() { Reset(); }
 
+    // Whether blocks of a format are in another already: type, depth, rate and channels. ChangeFormat only copies them.
+    static bool Stays(const clFormatHolder& in, const clFormatHolder& out);
     // Makes `result` what `in` is in the format of `out`; it may be empty, and owns its bytes. `final` with
     // the last block of a stream. False when a stage refuses or there is no memory: `result` must not be read
     // then, and this block gives no audio, but the stages before may have taken it in. Nothing is reported.

@@ -159,7 +159,7 @@ class clConverter {
                              std::uint64_t* lengthMs);
     void DeriveFormats(const clOpenFileRec& record, QvFormatExtensible* format);
     void CloseDecoder();
-    void DecodeModuleBlock();
+    void DecodeModuleBlock(std::uint32_t wanted);
     void HandOut(std::uint32_t grant, std::uint8_t* buffer);
     std::uint64_t DeliveredMs();
     std::uint16_t OutputBlockAlign();

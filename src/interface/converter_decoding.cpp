@@ -5,8 +5,8 @@
 // not asked for yet. So what waits there is always in the host's format, and a request runs as many module
 // blocks as it takes, or none.
 //
-// A module's block is lent, not copied: its bytes stand until the module is called again, and by then they
-// have passed the changer.
+// A module's block is lent: its bytes stand until the module is called again. By then they have passed the changer, or,
+// where the format stays, are with the host or in decodedCarry.
 #include <algorithm>
 #include <limits>
 #include <new>
@@ -120,7 +120,7 @@ std::int32_t clConverter::DecoderDecodeBlock(std::uint8_t* buffer, std::uint32_t
     if (positionMs) *positionMs = 0;
     const std::uint32_t wanted = bytes ? *bytes : 0;
     while (decoder.Instance() != 0 && decodedCarry.held() < wanted && decoderFinished == 0)
-        DecodeModuleBlock();
+        DecodeModuleBlock(wanted);
     if (decodedCarry.held() == 0) return 1;
     const std::uint32_t whole = wanted - wanted % OutputBlockAlign();
     const std::uint32_t grant = std::min(whole, decodedCarry.held());
@@ -134,18 +134,22 @@ std::int32_t clConverter::DecoderDecodeBlock(std::uint8_t* buffer, std::uint32_t
 }
 
 // One block of the module. It adds nothing when the module has none just now, which is asked again at once,
-// or when its format can't be reached.
-void clConverter::DecodeModuleBlock() {
+// or when its format can't be reached. A block that stays as it is and goes to the host whole is not copied before.
+void clConverter::DecodeModuleBlock(std::uint32_t wanted) {
+    // What waits may stand in the module's last block or in the last result, which are about to change.
+    if (!decodedCarry.Own(0)) throw std::bad_alloc();
     clBlockRec record = {};
     if (!decoder.DecodeBlock(&record)) return;
     moduleTimecode = record.timecode;
     decoderFinished = record.finished;
     clAudioBlock block;
     block.Borrow(record.data, record.bytes, sourceFormat.format);
-    // What waits may stand in the last result, which is about to change.
-    if (!decodedCarry.Own(0)) throw std::bad_alloc();
-    if (!formatChanger.ChangeFormat(block, outputFormat, decoderFinished > 0)) return;
-    if (!decodedCarry.Append(formatChanger.result, true)) throw std::bad_alloc();
+    const bool stays = clFormatChanger::Stays(block, outputFormat);
+    if (!stays && !formatChanger.ChangeFormat(block, outputFormat, decoderFinished > 0)) return;
+    const std::uint32_t frameBytes = std::max<std::uint32_t>(outputFormat.format->nBlockAlign, 1);
+    const bool goesWhole = std::uint64_t{decodedCarry.held()} + block.bytes <= wanted - wanted % frameBytes;
+    if (!decodedCarry.Append(stays ? block : formatChanger.result, !stays || goesWhole))
+        throw std::bad_alloc();
 }
 
 // Only whole samples of all channels are copied. In a format whose blocks are not made of those, fewer bytes
