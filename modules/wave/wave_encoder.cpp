@@ -1,12 +1,15 @@
 #include "modules/wave/wave_encoder.h"
 
 XString clWaveEncoder::Plan(const char16_t* settings, const QvFormatExtensible& format) {
-    WaveHeader header{};
+    WaveSettings asked;
     clWaveFormat waveFormat;
+    QvFormatExtensible written = format;
     mAudioBytes = 0;
-    XString trouble = ParseWaveSettings(settings, &header);
+    XString trouble = ParseWaveSettings(settings, &asked);
     if (trouble.IsEmpty()) trouble = waveFormat.TakeRecord(format);
-    return trouble.IsEmpty() ? mHeader.Plan(waveFormat, header) : trouble;
+    if (trouble.IsEmpty()) trouble = mDepth.Plan(asked.depth, written);
+    if (trouble.IsEmpty() && mDepth.Changes()) trouble = waveFormat.TakeRecord(written);
+    return trouble.IsEmpty() ? mHeader.Plan(waveFormat, asked.header) : trouble;
 }
 
 bool clWaveEncoder::Start() {
@@ -15,6 +18,12 @@ bool clWaveEncoder::Start() {
 }
 
 bool clWaveEncoder::Consume(const std::uint8_t* data, std::uint32_t bytes) {
+    if (mDepth.Changes()) {
+        const clAudioBlock* const converted = mDepth.Convert(data, bytes);
+        if (!converted) return Fail(u"there is not enough memory to go on");
+        data = converted->data;
+        bytes = converted->bytes;
+    }
     mAudioBytes += bytes;
     return mWriter.Append(data, bytes) || FailWriting();
 }
@@ -25,6 +34,7 @@ bool clWaveEncoder::Complete() {
     if ((mAudioBytes & 1) != 0 && !mWriter.Append(&padding, 1)) return FailWriting();
     const auto header = mHeader.Make(mAudioBytes);
     if (!mWriter.Rewrite(0, header.data(), static_cast<std::uint32_t>(header.size()))) return FailWriting();
-    if (!format.IsPlain() || mAudioBytes % format.Head().nBlockAlign == 0) return true;
+    const bool isWhole = !mDepth.IsWithinAFrame() && mAudioBytes % format.Head().nBlockAlign == 0;
+    if (!format.IsPlain() || isWhole) return true;
     return Fail(u"its audio ends within a frame");
 }

@@ -1,10 +1,11 @@
 // clWaveEncoder: blocks of audio into a WAVE file.
 //
-// Blocks are written as they come, one write each; only the header is written twice. They may be cut anywhere,
-// as long as the whole makes whole frames.
+// Blocks are written as they come, one write each, unless another depth is asked for; only the header is written twice.
+// They may be cut anywhere, as long as the whole makes whole frames.
 #pragma once
 
 #include "modules/support/file_encoder.h"
+#include "modules/wave/wave_depth.h"
 #include "modules/wave/wave_header.h"
 
 class clWaveEncoder : public clFileEncoder {
@@ -22,5 +23,6 @@ class clWaveEncoder : public clFileEncoder {
     bool Complete() override;
 
     clWaveHeader mHeader;
+    clWaveDepth mDepth;
     std::uint64_t mAudioBytes = 0;
 };

@@ -9,7 +9,7 @@ import stage
 ENCODER_FORM, EFFECT_FORM, HOST = "Codec settings", "DSP settings", "A host of settings"
 OK, CANCEL, LIST, PANEL = 1, 2, 1001, 2000
 ENCODERS = {"AIFF": "", "FLAC": "-compression-level=1", "MP3": "-quality=4", "Ogg Vorbis": "-quality=3", "Opus": "-bitrate=96",
-            "Wave": "-header=plain"}
+            "Wave": "-bits=24"}
 EFFECTS = ["Channels", "Depth", "Fade", "Resample", "Volume"]
 
 

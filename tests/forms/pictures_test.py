@@ -14,8 +14,6 @@ class Pictures(OnStage):
     WHOLE, FIELD, ROWS = 1 / 100, 1 / 30, 1 / 200  # of all points; in the latter two an icon less is more than that
     HAS_PICTURES = True
 
-    SLACK = 3  # a text's last letter has some room behind it, which counts to its width and may be missing
-
     def setUp(self):
         super().setUp()
         self.home.with_product()
@@ -47,7 +45,7 @@ class Pictures(OnStage):
                 self.assertTrue(self.holds(parent, part), f"{part} reaches out of {parent}")
                 for other in parts[i + 1:]:
                     self.assertFalse(self.overlap(part, other), f"{part} lies over {other}")
-                needed = part.needed + self.beside_text(part) - self.SLACK
+                needed = part.needed + self.beside_text(part)
                 self.assertLessEqual(needed, part.right - part.left, f"{part} is too narrow")
 
     @staticmethod

@@ -83,7 +83,8 @@ class Stage:
         self.build = pathlib.Path(build).resolve()
         self.processes, self.hosts = [], []
         self.environment = dict(os.environ, WINEPREFIX=str(self.build / "wine-forms"), WINEARCH="win64", WINEDEBUG="-all",
-                                WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d", DISPLAY="")
+                                WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d",
+                                FONTCONFIG_FILE=str(ROOT / "script/wine-fonts.conf"), DISPLAY="")
         self.environment["DISPLAY"] = self.start_screen()
         self.start(["openbox", "--sm-disable"])
         self.wait(lambda: "no such atom" not in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "a window manager")

@@ -8,12 +8,15 @@
  * to the window manager. The value is what a check box or a list has selected, else -1. Needed is how wide the text is
  * in the font of forms, of a combo box the widest of its rows. A dropped list's text is that of its rows, parted by
  * "|". The screen's dots per inch stand with "end". */
+#include <stdint.h>
 #include <stdio.h>
 #include <string.h>
 #include <wchar.h>
 #include <windows.h>
 
-enum { LIST_TEXT = 4096 };
+enum { LIST_TEXT = 4096, CANVAS_WIDTH = 1024, CANVAS_HEIGHT = 48 };
+
+static uint32_t* canvas; /* what texts are drawn on to be measured */
 
 static LRESULT Ask(HWND window, UINT message, WPARAM word, LPARAM value) {
     DWORD_PTR answer = 0;
@@ -28,10 +31,16 @@ static BOOL HasFocus(HWND window) {
            GetGUIThreadInfo(GetWindowThreadProcessId(window, NULL), &info) && info.hwndFocus == window;
 }
 
+/* How far its ink goes, which is less than the font's own figure says. */
 static int Width(HDC dc, const wchar_t* text) {
-    RECT place = {0};
-    DrawTextW(dc, text, -1, &place, DT_CALCRECT | DT_SINGLELINE);
-    return place.right;
+    RECT whole = {0, 0, CANVAS_WIDTH, CANVAS_HEIGHT};
+    FillRect(dc, &whole, GetStockObject(BLACK_BRUSH));
+    DrawTextW(dc, text, -1, &whole, DT_SINGLELINE);
+    GdiFlush();
+    int width = 0;
+    for (int i = 0; i < CANVAS_WIDTH * CANVAS_HEIGHT; ++i)
+        if (canvas[i] != 0 && i % CANVAS_WIDTH >= width) width = i % CANVAS_WIDTH + 1;
+    return width;
 }
 
 static int WidestRow(HDC dc, HWND combo) {
@@ -117,14 +126,28 @@ static BOOL CALLBACK TellTop(HWND window, LPARAM dc) {
     return TRUE;
 }
 
+/* White on black, in the font of forms. */
+static HDC MakeCanvas(int dpi) {
+    const BITMAPINFO info = {.bmiHeader = {.biSize = sizeof info.bmiHeader,
+                                           .biWidth = CANVAS_WIDTH,
+                                           .biHeight = -CANVAS_HEIGHT,
+                                           .biPlanes = 1,
+                                           .biBitCount = 32}};
+    const HDC dc = CreateCompatibleDC(NULL);
+    SelectObject(dc, CreateDIBSection(dc, &info, DIB_RGB_COLORS, (void**)&canvas, NULL, 0));
+    SelectObject(dc, CreateFontW(-MulDiv(8, dpi, 72), 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0,
+                                 0, L"MS Shell Dlg"));
+    SetTextColor(dc, 0xFFFFFF);
+    SetBkMode(dc, TRANSPARENT);
+    return dc;
+}
+
 int main(void) {
     char line[16];
-    const HDC screen = GetDC(NULL);
-    const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
-    SelectObject(screen, CreateFontW(-MulDiv(8, dpi, 72), 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0,
-                                     0, 0, L"MS Shell Dlg"));
+    const int dpi = GetDeviceCaps(GetDC(NULL), LOGPIXELSX);
+    const HDC dc = MakeCanvas(dpi);
     while (fgets(line, sizeof line, stdin)) {
-        EnumWindows(TellTop, (LPARAM)screen);
+        EnumWindows(TellTop, (LPARAM)dc);
         printf("end\t%d\n", dpi);
         fflush(stdout);
     }

@@ -121,6 +121,57 @@ TEST_F(WaveEncoding, Settings_choose_the_header) {
     ExpectRefusal(unknown, u"-header=plain", u"this format has no plain header");
 }
 
+TEST_F(WaveEncoding, Settings_choose_the_depth) {
+    const std::string shorts = U16(0x0102) + U16(0xFF80) + U16(0x7FFF) + U16(0x8000);
+    const auto written = [&](const char16_t* settings, std::uint16_t tag, std::uint16_t bits,
+                             const std::string& audio) {
+        const auto format = Plain(tag, 2, 44100, bits);
+        const bool isFloat = tag == QV_FORMAT_FLOAT;
+        const std::string fact = isFloat ? Chunk("fact", U32(2)) : "";
+        EXPECT_EQ(
+            Written(kStereo, shorts, settings),
+            Riff(kJunk + Chunk("fmt ", Bytes(format, isFloat ? 18 : 16)) + fact + Chunk("data", audio)));
+    };
+    const auto floats = [](std::initializer_list<float> values) {
+        return std::string(reinterpret_cast<const char*>(values.begin()), values.size() * sizeof(float));
+    };
+    written(u"-bits=source", QV_FORMAT_PCM, 16, shorts);
+    written(u"-bits=16", QV_FORMAT_PCM, 16, shorts);
+    written(u"-bits=8", QV_FORMAT_PCM, 8, std::string("\x81\x7F\xFF\x00", 4));
+    written(u"-bits=24", QV_FORMAT_PCM, 24, std::string("\0\2\1\0\x80\xFF\0\xFF\x7F\0\0\x80", 12));
+    written(u"-bits=32", QV_FORMAT_PCM, 32,
+            U32(0x01020000) + U32(0xFF800000) + U32(0x7FFF0000) + U32(0x80000000));
+    written(u"-bits=float", QV_FORMAT_FLOAT, 32,
+            floats({0x0102 / 32768.0F, -128 / 32768.0F, 32767 / 32768.0F, -1.0F}));
+    ExpectRefusal(kStereo, u"-bits=double", u"integers can't become float of 64 bits, only of 32");
+    ExpectRefusal(Plain(QV_FORMAT_ALAW, 1, 8000, 8), u"-bits=16", u"coded audio has no depth to change");
+}
+
+TEST_F(WaveEncoding, Another_depth_takes_all_its_bits_into_an_extensible_header) {
+    const auto of24 = Extensible(QV_FORMAT_PCM, 6, 48000, 24, 20, 0x3F);
+    EXPECT_EQ(Written(of24, std::string(36, '\0'), u"-bits=float"),
+              Riff(kJunk + Chunk("fmt ", Bytes(Extensible(QV_FORMAT_FLOAT, 6, 48000, 32, 32, 0x3F), 40)) +
+                   Chunk("fact", U32(2)) + Chunk("data", std::string(48, '\0'))));
+    const auto of32 = Extensible(QV_FORMAT_PCM, 2, 48000, 32, 24, 3);
+    EXPECT_EQ(Written(of32, std::string(8, '\0'), u"-bits=float").substr(56, 40),
+              Bytes(Extensible(QV_FORMAT_FLOAT, 2, 48000, 32, 32, 3), 40));
+}
+
+TEST_F(WaveEncoding, Another_depth_comes_out_the_same_however_blocks_are_cut) {
+    const std::string audio = Noise(4 * 997);
+    for (const auto& format :
+         {kStereo, Plain(QV_FORMAT_PCM, 1, 8000, 32), Plain(QV_FORMAT_PCM, 4, 8000, 8)}) {
+        const std::string whole = Written(format, audio, u"-bits=24");
+        for (const std::vector<std::uint32_t>& cuts :
+             {std::vector<std::uint32_t>{1}, {3, 5, 2}, {4, 1, 8, 7}}) {
+            EXPECT_TRUE(mModules.Encode(mFolder / u"b.wav", format, audio, cuts, u"-bits=24"));
+            EXPECT_EQ(mFolder.Read(u"b.wav"), whole);
+        }
+    }
+    EXPECT_FALSE(mModules.Encode(mFolder / u"b.wav", kStereo, audio + "abc", {65536}, u"-bits=24"));
+    EXPECT_EQ(mModules.Log().TakeErrors(), mFolder / u"b.wav" + u": its audio ends within a frame\r\n");
+}
+
 TEST_F(WaveEncoding, Settings_may_ask_for_64_bit_sizes_at_any_length) {
     const std::string sizes = Chunk("ds64", U64(80) + U64(8) + U64(2) + U32(0));
     EXPECT_EQ(Written(kStereo, Noise(8), u"-header=rf64"),
@@ -142,7 +193,7 @@ TEST_F(WaveEncoding, Settings_that_are_not_known_are_refused) {
         {u"-header=plain -header=plain", u"the setting -header is given twice"},
         {u"-header", u"the setting \"-header\" does not have the form -name=value"},
         {u"plain", u"the setting \"plain\" does not have the form -name=value"},
-        {u"-bits=16", u"the setting -bits is not known"},
+        {u"-depth=16", u"the setting -depth is not known"},
         {u"\"-header=plain\"", u"the setting \"\"-header=plain\"\" does not have the form -name=value"},
         {u"\t", u"the setting \"\t\" does not have the form -name=value"},
     };
