@@ -46,23 +46,6 @@ static void Report(HWND window, const wchar_t* what, int32_t result, const wchar
     SetDlgItemTextW(window, REPORT, line);
 }
 
-/* Outputs may be the buffers of the inputs, but a Cancel empties them: what was set before is worth keeping. */
-static void ShowForm(HWND window, int is_encoder) {
-    static wchar_t text_out[TEXT_UNITS];
-    wchar_t name_out[NAME_UNITS];
-    wchar_t *const name = is_encoder ? encoder : effect, *const text =
-                                                             is_encoder ? encoder_text : effect_text;
-    EnableWindow(window, FALSE);
-    const int32_t result =
-        (is_encoder ? QACShowSettings : QACShowDSPSettings)(converter, name, text, name_out, text_out);
-    EnableWindow(window, TRUE);
-    SetForegroundWindow(window);
-    Report(window, is_encoder ? L"Encoder" : L"Effect", result, name_out, text_out);
-    if (!*name_out) return;
-    wcscpy(name, name_out);
-    wcscpy(text, text_out);
-}
-
 static void ShowPanel(HWND window) {
     if (panel_stands) return;
     const int32_t result =
@@ -78,6 +61,24 @@ static void RemovePanel(HWND window) {
     const int32_t result = QACRemoveSettings(converter, (uint64_t)(ULONG_PTR)window, encoder_text);
     panel_stands = 0;
     Report(window, L"Removed", result, encoder, encoder_text);
+}
+
+/* Outputs may be the buffers of the inputs, but a Cancel empties them: what was set before is worth keeping. */
+static void ShowForm(HWND window, int is_encoder) {
+    static wchar_t text_out[TEXT_UNITS];
+    wchar_t name_out[NAME_UNITS];
+    wchar_t *const name = is_encoder ? encoder : effect, *const text =
+                                                             is_encoder ? encoder_text : effect_text;
+    if (is_encoder) RemovePanel(window); /* its text is stored under the name of the last call */
+    EnableWindow(window, FALSE);
+    const int32_t result =
+        (is_encoder ? QACShowSettings : QACShowDSPSettings)(converter, name, text, name_out, text_out);
+    EnableWindow(window, TRUE);
+    SetForegroundWindow(window);
+    Report(window, is_encoder ? L"Encoder" : L"Effect", result, name_out, text_out);
+    if (!*name_out) return;
+    wcscpy(name, name_out);
+    wcscpy(text, text_out);
 }
 
 static void AddControl(HWND window, const wchar_t* kind, const wchar_t* text, DWORD style, int id, int column,

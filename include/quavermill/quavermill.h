@@ -33,7 +33,8 @@
  *
  *     call                                               thread
  *     QACCreate                                          any
- *     QACDestroy                                         any, with no other call on the handle running or to come
+ *     QACDestroy                                         any, with no other call on the handle running or to come;
+ *                                                        while a panel stands, that of the host's windows
  *     the four calls about settings                      that of the host's windows; otherwise as those below
  *     every other call on one handle                     any, one at a time; not always the same one
  *     calls on two handles                               any, at the same time
@@ -386,7 +387,11 @@ QV_API int32_t QV_CALL QACSetCPU(QvConverter* converter, int32_t cpu);
  * a form reads it there. (Linux has no registry: there QACShowSettings gives it.) Effects have none.
  *
  * Order: QACShowSettings and QACShowDSPSettings stand alone. QACShowSettingsOnForm, then QACRemoveSettings, which
- * takes the panel off and has its text; one panel at a time for each handle.
+ * takes the panel off and has its text; one panel at a time for each handle. No QACShowSettings on that handle in
+ * between: the panel's text would be stored under the name which that leaves.
+ *
+ * A window of the host's that is no dialog hands what it doesn't deal with to DefDlgProcW and its messages to
+ * IsDialogMessageW: then Tab and the mnemonics of a panel work, those of its labels too (examples/settings_host.c).
  *
  * THREAD: windows belong to the thread that makes them, so all four are called on the thread of the host's windows;
  * that thread must be able to have windows and, for a panel, take its messages. The library's forms are as sharp on

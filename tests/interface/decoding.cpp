@@ -10,6 +10,7 @@ Decoded DecodingHost::Decode(std::uint32_t wanted) {
     Decoded decoded{0, wanted, 99, 99, {}};
     decoded.result =
         QADDecodeBlock(host.handle, buffer.get(), &decoded.bytes, &decoded.finished, &decoded.positionMs);
+    DecoderDouble::TakeBackLent();
     const std::uint8_t* end = buffer.get() + wanted;
     while (end != buffer.get() && end[-1] == kUntouched) --end;
     decoded.data.assign(static_cast<const std::uint8_t*>(buffer.get()), end);

@@ -106,9 +106,13 @@ void DecoderDouble::Close(QvInstance, void* record) {
     gDecoder->closedWith = record;
 }
 
+void DecoderDouble::TakeBackLent() {
+    if (gDecoder) std::fill_n(gDecoder->mLent.begin(), gDecoder->mLentBytes, std::uint8_t{0xFE});
+}
+
 std::int32_t DecoderDouble::DecodeBlock(QvInstance, clBlockRec* block) {
     DecoderDouble& self = *gDecoder;
-    std::fill_n(self.mLent.begin(), self.mLentBytes, std::uint8_t{0xFE});
+    TakeBackLent();
     if (self.mFails++ < self.failsBeforeBlock) return 0;
     self.mFails = 0;
     const std::size_t left = self.stream.size() - std::min(self.position, self.stream.size());

@@ -27,6 +27,9 @@ class DecoderDouble {
   public:
     DecoderDouble();
     ~DecoderDouble();
+
+    // The block that is out is written over, as by a module whose memory somebody else wants.
+    static void TakeBackLent();
     DecoderDouble(const DecoderDouble&) = delete;
     DecoderDouble& operator=(const DecoderDouble&) = delete;
 
@@ -54,7 +57,7 @@ class DecoderDouble {
     static void SetPosition(QvInstance, std::int64_t frame);
     static std::int32_t DeleteATag(QvInstance, const QvChar*, const QvChar*);
 
-    Bytes mLent;  // the block that is out; overwritten before the next one
+    Bytes mLent;  // the block that is out; overwritten when the next is asked for
     std::size_t mLentBytes = 0;
     int mFails = 0;
     Faulty<platform::GetProcAddress> mEntries;

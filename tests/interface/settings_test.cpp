@@ -285,9 +285,9 @@ TEST_F(Settings, Are_not_looked_for_by_the_calls_that_take_them) {
     Store(u"xyz", u"stored");
     EncoderDouble encoder;
     const QvFormatExtensible format = PlainRecord(1, 2, 44100, 16);
+    Faulty<platform::RegCreateKeyExW> keys;
     ASSERT_EQ(QAEOpenFile(host.handle, In(u"out"), In(u"xyz"), In(u""), &format), QV_DONE);
     EXPECT_EQ(encoder.session.settings[0], 0);
-    Faulty<platform::RegCreateKeyExW> keys;
     QACConvertAudio(host.handle, In(u"in"), In(u"out"), In(u"xyz"), In(u""));
     EXPECT_EQ(keys.Calls(), 0);
 }

@@ -41,7 +41,7 @@ ExitCode ShowForm(Host& host, const std::u16string& name, const SettingsOptions&
     const FormAnswer answer = host.ShowSettings(options.isEffect, name, options.start);
     TellErrors(host.TakeAllErrors());
     if (answer.name.empty()) {
-        Tell(answer.cameUp ? u"Nothing was changed." : u"'" + name + u"' can't be loaded.");
+        Tell(answer.cameUp ? u"Cancelled." : u"'" + name + u"' can't be loaded.");
         return answer.cameUp ? ExitCode::kCancelled : ExitCode::kFailed;
     }
     if (!answer.cameUp && options.isEffect) {

@@ -30,9 +30,8 @@ class Key {
 std::u16string StoredSettings(const std::u16string& encoder) {
     const Key key(encoder, platform::kKeyQueryValue);
     std::uint32_t type = 0, size = 0;
-    if (platform::RegQueryValueExW(key.handle, kValue, &type, nullptr, &size) != 0 ||
-        type != platform::kRegString)
-        return {};
+    if (platform::RegQueryValueExW(key.handle, kValue, &type, nullptr, &size) != 0) return {};
+    if (type != platform::kRegString && type != platform::kRegExpandString) return {};
     std::u16string text(size / sizeof(char16_t) + 1, u'\0');
     if (platform::RegQueryValueExW(key.handle, kValue, nullptr, text.data(), &size) != 0) return {};
     return text.c_str();

@@ -28,7 +28,7 @@ class XDropList : public XSubClassCtrl {
     XDropList() = default;
     ~XDropList() override { Destroy(); }
 
-    // Takes over a combo box; rows and combo box from before are given up.
+    // Takes over a combo box, which has no rows yet; rows and combo box from before are given up.
     void Attach(platform::Window combo);
     // Gives up the rows and leaves the combo box to itself.
     void Destroy();
