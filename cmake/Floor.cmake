@@ -40,6 +40,7 @@ function(qv_test target)
     endif()
     add_executable(${target} ${sources})
     target_link_libraries(${target} PRIVATE qv_test_support ${ARGN})
+    target_precompile_headers(${target} REUSE_FROM qv_test_headers)
     qv_run_test(${target})
 endfunction()
 
