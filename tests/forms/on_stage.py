@@ -38,7 +38,8 @@ class Home:
         self.stage = stage
         self.folder = tempfile.TemporaryDirectory()
         self.path = pathlib.Path(self.folder.name)
-        for program in ("tests/forms/forms_host.exe", "examples/settings_host.exe", "tree/Quavermill.dll"):
+        for program in ("tests/forms/forms_host.exe", "examples/settings_host.exe", "tree/Quavermill.dll",
+                        "tree/quaver.exe"):
             shutil.copy(Session.build / program, self.path)
 
     def with_product(self):
@@ -46,8 +47,8 @@ class Home:
             shutil.copytree(Session.build / "tree" / kind, self.path / kind)
         return self
 
-    def place(self, name, module, script=None):
-        folder = self.path / "encoder"
+    def place(self, name, module, script=None, folder="encoder"):
+        folder = self.path / folder
         folder.mkdir(exist_ok=True)
         shutil.copy(Session.build / "tests" / module, folder / f"{name}.dll")
         if script is not None:
@@ -55,6 +56,12 @@ class Home:
 
     def run(self, *steps):
         return self.stage.host(self.path / "forms_host.exe", *steps, speaks=True)
+
+    def quaver(self, *arguments):
+        """It prints its exit code behind the rest: Wine's own is not always that of the program. What it says on the
+        other stream stands in the file errors."""
+        (self.path / "quaver.cmd").write_text("@quaver.exe %* 2>errors\r\n@echo %errorlevel%\r\n@exit 0\r\n")
+        return self.stage.host(self.path / "quaver.cmd", *arguments)
 
     def stored(self, *names):
         steps = [word for name in names for word in ("stored", name)]
@@ -83,6 +90,12 @@ class OnStage(unittest.TestCase):
         host = self.home.run(kind, name, text)
         self.stage.wait_for(ENCODER_FORM if kind == "encoder" else EFFECT_FORM, control)
         return host
+
+    def ways_to_leave(self, title):
+        """All but OK."""
+        return {"Cancel": lambda: self.press(title, CANCEL),
+                "Escape": lambda: self.stage.keys("Escape"),
+                "the close box": lambda: self.stage.close_box(self.stage.see(title))}
 
     def press(self, title, button):
         self.stage.click(self.stage.wait_for(title, button))

@@ -5,9 +5,12 @@ import sys
 import unittest
 
 import stage
+from keys_test import Keys  # noqa: F401, what is here is run
+from misbehaving_test import MisbehavingEffects, MisbehavingEncoders  # noqa: F401
 from on_stage import Session
-from pictures_test import LayoutAt120, LayoutAt192, Pictures, PicturesAt144  # noqa: F401, what is here is run
-from use_test import (Completion, EffectForm, EncoderForm, Leaks, Misbehaving, PanelOnAHostsWindow)  # noqa: F401
+from pictures_test import LayoutAt120, LayoutAt192, Pictures, PicturesAt144  # noqa: F401
+from quaver_test import QuaverSettings  # noqa: F401
+from use_test import Completion, EffectForm, EncoderForm, Leaks, PanelOnAHostsWindow  # noqa: F401
 
 
 def main():

@@ -48,6 +48,10 @@ class Window:
         for child in self.children:
             yield from child.all()
 
+    def has_focus(self):
+        """Or one of its parts has: a list with an edit field gives it to that."""
+        return any(window.focused for window in self.all())
+
     def get(self, id):
         """The control with this number, however deep; None for none."""
         return next((window for window in self.all() if window.id == id and window is not self), None)

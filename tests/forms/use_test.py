@@ -1,6 +1,7 @@
 """Both forms, panels and the drop list, used with mouse and keys; after each use the result, both texts and what is stored."""
 import shutil
 
+import stage
 from on_stage import (CANCEL, EFFECT_FORM, EFFECTS, ENCODER_FORM, ENCODERS, HOST, LIST, OK, PANEL, OnStage, Session)
 
 
@@ -31,10 +32,7 @@ class EncoderForm(OnStage):
         self.assertEqual(self.answer(host), ["encoder", "1", "FLAC", "-compression-level=1"])
 
     def test_cancel_escape_and_the_close_box_leave_nothing_and_what_is_stored_stays(self):
-        ways = {"Cancel": lambda: self.press(ENCODER_FORM, CANCEL),
-                "Escape": lambda: self.stage.keys("Escape"),
-                "the close box": lambda: self.stage.close_box(self.stage.see(ENCODER_FORM))}
-        for name, leave in ways.items():
+        for name, leave in self.ways_to_leave(ENCODER_FORM).items():
             with self.subTest(name):
                 host = self.show("encoder", "FLAC", "-compression-level=3")
                 self.change_level()
@@ -96,11 +94,12 @@ class EffectForm(OnStage):
         self.assertEqual(self.answer(host), ["effect", "1", "Volume", "-gain=-7.5"])
         self.assertEqual(self.home.stored("Volume"), {"Volume": ""})
 
-    def test_cancel_and_the_close_box_leave_nothing(self):
-        for leave in (lambda: self.press(EFFECT_FORM, CANCEL), lambda: self.stage.close_box(self.stage.see(EFFECT_FORM))):
-            host = self.show("effect", "Volume", "-gain=-6")
-            leave()
-            self.assertEqual(self.answer(host), ["effect", "1", "", ""])
+    def test_cancel_escape_and_the_close_box_leave_nothing(self):
+        for name, leave in self.ways_to_leave(EFFECT_FORM).items():
+            with self.subTest(name):
+                host = self.show("effect", "Volume", "-gain=-6")
+                leave()
+                self.assertEqual(self.answer(host), ["effect", "1", "", ""])
 
     def test_each_effect_that_is_picked_begins_anew_the_first_one_too(self):
         host = self.show("effect", "Volume", "-gain=-6")
@@ -111,7 +110,6 @@ class EffectForm(OnStage):
         self.press(EFFECT_FORM, OK)
         self.assertEqual(self.answer(host), ["effect", "1", "Volume", ""])
         self.assertEqual(self.home.stored(*EFFECTS), {name: "" for name in EFFECTS})
-
 
     def test_a_file_that_is_no_effect_is_listed_and_leaves_the_form_without_a_panel(self):
         shutil.copy(Session.build / "tests/modules/text_file.dll", self.home.path / "DSPs/Broken.dll")
@@ -130,7 +128,7 @@ class Completion(OnStage):
 
     def begin(self):
         self.host = self.home.run("complete", "Wave|FLAC|Flute|Ogg Vorbis")
-        self.stage.wait_for(self.TITLE, LIST, lambda its: any(part.focused for part in its.all()))
+        self.stage.wait_for(self.TITLE, LIST, stage.Window.has_focus)
 
     def expect(self, text):
         self.stage.wait_for(self.TITLE, LIST, lambda its: its.text == text)
@@ -190,6 +188,27 @@ class PanelOnAHostsWindow(OnStage):
         self.stage.close_box(self.stage.see(HOST))
         self.host.lines()
 
+    def test_the_form_of_encoders_takes_the_panel_off_first_and_no_encoder_gets_the_text_of_another(self):
+        """The panel's text is stored when the panel goes, and that is before the form has another encoder picked."""
+        for leave, level, report in ((OK, 2, "Encoder: 1 [Opus] [-bitrate=96]"), (CANCEL, 3, "Encoder: 1 [] []")):
+            self.home.keep({"FLAC": f"-compression-level={level - 1}", "Opus": ENCODERS["Opus"]})
+            host = self.host if leave == OK else self.stage.host(self.home.path / "settings_host.exe")
+            self.press_button(self.SHOW, "Panel: 1 [FLAC] []")
+            self.stage.wait_for(HOST, PANEL, lambda its: its.value == level - 1)
+            self.stage.keys("alt+p", "Down")
+            self.stage.wait_for(HOST, PANEL, lambda its: its.value == level)
+            self.stage.click(self.stage.see(HOST).get(self.ENCODER))
+            self.stage.wait_for(ENCODER_FORM, PANEL, lambda its: its.value == level)
+            self.assertIsNone(self.stage.see(HOST).get(PANEL))
+            expected = {"FLAC": f"-compression-level={level}", "Opus": ENCODERS["Opus"]}
+            self.assertEqual(self.home.stored("FLAC", "Opus"), expected)
+            self.stage.pick(ENCODER_FORM, LIST, "Opus")
+            self.press(ENCODER_FORM, leave)
+            self.stage.wait_for(HOST, self.REPORT, lambda its: its.text == report)
+            self.stage.close_box(self.stage.see(HOST))
+            host.lines()
+            self.assertEqual(self.home.stored("FLAC", "Opus"), expected)
+
     def test_the_example_shows_both_forms_and_reads_the_texts(self):
         self.stage.click(self.stage.wait_for(HOST, self.ENCODER))
         self.stage.wait_for(ENCODER_FORM, PANEL)
@@ -202,62 +221,6 @@ class PanelOnAHostsWindow(OnStage):
         self.stage.wait_for(HOST, self.REPORT, lambda its: its.text == "Effect: 1 [] []")
         self.stage.close_box(self.stage.see(HOST))
         self.host.lines()
-
-
-class Misbehaving(OnStage):
-    LONG = "x" * 100_000
-
-    def setUp(self):
-        super().setUp()
-        self.home.place("Echo", "modules/scripted_encoder.dll", "extension|.e\n")
-        self.home.place("Gone", "forms/gone_panel_encoder.dll")
-        self.home.place("Long", "modules/scripted_encoder.dll", f"extension|.l\npanel|{self.LONG}\n")
-        self.home.place("Null", "modules/scripted_encoder.dll", "extension|.n\npanel\n")
-        self.home.place("Refusing", "modules/scripted_encoder.dll", "extension|.r\n")
-        self.home.keep({name: "old" for name in ("Echo", "Gone", "Long", "Null", "Refusing")})
-
-    def refuse(self):
-        """What is no encoder from the beginning would not be listed."""
-        (self.home.path / "encoder/Refusing.script").write_text("create|0\n")
-
-    def test_a_null_text_is_an_empty_one(self):
-        host = self.show("encoder", "Null", "text", OK)
-        self.press(ENCODER_FORM, OK)
-        self.assertEqual(self.answer(host), ["encoder", "1", "Null", ""])
-        self.assertEqual(self.home.stored("Null"), {"Null": ""})
-
-    def test_a_text_of_any_length_is_handed_on_and_stored(self):
-        host = self.show("encoder", "Long", "text", OK)
-        self.press(ENCODER_FORM, OK)
-        self.assertEqual(self.answer(host), ["encoder", "1", "Long", self.LONG])
-        self.assertEqual(self.home.stored("Long"), {"Long": self.LONG})
-
-    def test_one_that_does_not_load_once_it_is_picked_leaves_the_form_without_a_panel(self):
-        host = self.show("encoder", "Echo", "text", OK)
-        self.refuse()
-        self.stage.pick(ENCODER_FORM, LIST, "Refusing")
-        self.press(ENCODER_FORM, OK)
-        self.assertEqual(self.answer(host), ["encoder", "1", "Refusing", ""])
-        self.assertEqual(self.home.stored("Echo", "Refusing"), {"Echo": "text", "Refusing": ""})
-
-    def test_a_panel_that_destroys_its_own_window_takes_nothing_with_it(self):
-        for clicked, text in ((True, "gone"), (False, "stood")):
-            host = self.show("encoder", "Gone", "text", 5000)
-            if clicked:
-                self.stage.click(self.stage.see(ENCODER_FORM).get(5000))
-                self.stage.wait(lambda: not self.stage.see(ENCODER_FORM).get(5000), "the panel to go")
-            self.press(ENCODER_FORM, OK)
-            self.assertEqual(self.answer(host), ["encoder", "1", "Gone", text])
-
-    def test_they_follow_one_another(self):
-        host = self.show("encoder", "Echo", "text", OK)
-        self.refuse()
-        for name in ("Long", "Null", "Gone", "Refusing", "Gone", "Long", "Echo"):
-            self.stage.pick(ENCODER_FORM, LIST, name)
-        self.press(ENCODER_FORM, OK)
-        self.assertEqual(self.answer(host), ["encoder", "1", "Echo", "text"])
-        self.assertEqual(self.home.stored("Long", "Null", "Gone", "Refusing"),
-                         {"Long": self.LONG, "Null": "", "Gone": "stood", "Refusing": ""})
 
 
 class Leaks(OnStage):

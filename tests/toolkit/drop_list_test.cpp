@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/allocation_faults.h"
 #include "support/wide_text.h"
 #include "toolkit/combo_stage.h"
 
@@ -150,6 +151,32 @@ TEST_F(DropListTest, a_row_has_three_elements_and_four_with_an_icon_which_stays_
         EXPECT_EQ(destroyed, std::vector<std::intptr_t>{12}) << "the row's own";
     }
     EXPECT_EQ(destroyed, (std::vector<std::intptr_t>{12, 11}));
+}
+
+TEST(DropList, a_row_that_there_is_no_memory_for_is_on_neither_list) {
+    static int shown;
+    Faulty<platform::SendMessageW> send;
+    send.Replace(
+        [](platform::Window, std::uint32_t message, platform::WordParameter, platform::LongParameter) {
+            shown += message == platform::kMessageComboInsert;
+            return std::intptr_t{0};
+        });
+    bool agree = true;
+    const XString text(u"a row whose text is longer than a string holds by itself");
+    const int allocations = FailEachAllocation([&] {
+        XDropList list;
+        list.SetNoScale(true);
+        shown = 0;
+        try {
+            list.AddItem(text, nullptr);
+        } catch (const std::bad_alloc&) {
+            agree = agree && list.Count() == 0 && shown == 0;
+            throw;
+        }
+        agree = agree && list.Count() == 1 && shown == 1;
+    });
+    EXPECT_GT(allocations, 4);
+    EXPECT_TRUE(agree);
 }
 
 TEST_F(DropListTest, many_rows_come_and_go) {

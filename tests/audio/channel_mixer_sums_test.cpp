@@ -1,27 +1,16 @@
-#include "audio/channel_mixer.h"
-
-#include <gtest/gtest.h>
-
+// Which sums a pair of counts has, and that samples of every depth are mixed by them.
 #include <algorithm>
-#include <memory>
 #include <sstream>
 #include <string>
 
+#include "audio/built_mixer.h"
 #include "audio/format_records.h"
 #include "audio/sample_twins.h"
-#include "support/allocation_faults.h"
 #include "support/instruction_sets.h"
 
 namespace {
 
 using twin::Bytes;
-
-// A mixer is large for a stack.
-std::unique_ptr<clChannelMixer> BuiltMixer() {
-    auto mixer = std::make_unique<clChannelMixer>();
-    mixer->BuildTables();
-    return mixer;
-}
 
 struct PairRow {
     std::uint32_t from, to;
@@ -148,7 +137,7 @@ void ExpectTerms(const clMixTerms& row, const std::vector<clMixTerm>& terms) {
     EXPECT_EQ(row[terms.size()].position, 0u) << "the end of the row";
 }
 
-TEST(ChannelMixer, Every_pair_of_counts_has_its_sums) {
+TEST(ChannelMixerSums, Every_pair_of_counts_has_its_sums) {
     const auto mixer = BuiltMixer();
     ASSERT_EQ(std::size(kPairs), 56u);
     for (const PairRow& pair : kPairs) {
@@ -165,7 +154,7 @@ TEST(ChannelMixer, Every_pair_of_counts_has_its_sums) {
     }
 }
 
-TEST(ChannelMixer, The_table_stands_by_pairs_and_is_empty_where_speakers_are_absent) {
+TEST(ChannelMixerSums, The_table_stands_by_pairs_and_is_empty_where_speakers_are_absent) {
     const auto mixer = BuiltMixer();
     for (std::uint32_t i = 0; i < 64; ++i) {
         const clMixEntry& entry = mixer->entries[i];
@@ -187,7 +176,7 @@ TEST(ChannelMixer, The_table_stands_by_pairs_and_is_empty_where_speakers_are_abs
     }
 }
 
-TEST(ChannelMixer, Layouts_and_speakers_have_names) {
+TEST(ChannelMixerSums, Layouts_and_speakers_have_names) {
     const struct {
         std::uint32_t channels;
         const char* layout;
@@ -208,7 +197,7 @@ TEST(ChannelMixer, Layouts_and_speakers_have_names) {
     EXPECT_STREQ(clChannelMixer::kSpeakerNames[4], "Back Left");
 }
 
-TEST(ChannelMixer, The_rule_before_sums_are_evened_out) {
+TEST(ChannelMixerSums, The_rule_before_sums_are_evened_out) {
     constexpr double a = 0.7071067811865476;
     const struct {
         std::uint32_t from, to, source, target;
@@ -228,7 +217,7 @@ TEST(ChannelMixer, The_rule_before_sums_are_evened_out) {
             << row.from << " to " << row.to << ", " << row.source << " in " << row.target;
 }
 
-TEST(ChannelMixer, A_count_outside_1_to_8_leaves_no_pair) {
+TEST(ChannelMixerSums, A_count_outside_1_to_8_leaves_no_pair) {
     const auto mixer = BuiltMixer();
     for (const auto& [from, to] : {std::pair{0u, 2u}, {2u, 0u}, {9u, 2u}, {2u, 9u}}) {
         mixer->SelectPair(2, 6);
@@ -269,7 +258,7 @@ QvFormat Record(SampleKind kind, std::uint32_t channels) {
                  twin::BitsOf(kind));
 }
 
-TEST(ChannelMixer, All_pairs_and_depths_are_bit_exact_in_every_instruction_set) {
+TEST(ChannelMixerSums, All_pairs_and_depths_are_bit_exact_in_every_instruction_set) {
     const auto mixer = BuiltMixer();
     for (const PairRow& pair : kPairs)
         for (const SampleKind kind : twin::kKinds)
@@ -293,7 +282,7 @@ TEST(ChannelMixer, All_pairs_and_depths_are_bit_exact_in_every_instruction_set) 
             }
 }
 
-TEST(ChannelMixer, What_all_pairs_give_has_one_digest) {
+TEST(ChannelMixerSums, What_all_pairs_give_has_one_digest) {
     const auto mixer = BuiltMixer();
     for (const InstructionSet set : OfferedSets()) {
         const ForcedSet forced(set);
@@ -310,169 +299,6 @@ TEST(ChannelMixer, What_all_pairs_give_has_one_digest) {
             }
         EXPECT_EQ(digest, 5930667967198859456u) << NameOf(set);
     }
-}
-
-template <class Value>
-std::vector<Value> MixedValues(const std::vector<Value>& values, std::uint32_t from, std::uint32_t to) {
-    const auto mixer = BuiltMixer();
-    const bool isFloat = !std::numeric_limits<Value>::is_integer;
-    const QvFormat format = Plain(isFloat ? 3 : 1, static_cast<std::uint16_t>(from), 44100,
-                                  static_cast<std::uint16_t>(8 * sizeof(Value)));
-    clAudioBlock in;
-    in.setData(values.data(), static_cast<std::uint32_t>(values.size() * sizeof(Value)), &format, true);
-    EXPECT_TRUE(mixer->Mix(in, to));
-    std::vector<Value> result(mixer->output.bytes / sizeof(Value));
-    std::memcpy(result.data(), mixer->output.data, mixer->output.bytes);
-    return result;
-}
-
-TEST(ChannelMixer, One_channel_is_heard_alike_in_all_others) {
-    for (std::uint32_t to = 2; to <= 8; ++to) {
-        std::vector<std::int16_t> expected;
-        for (const std::int16_t value : {std::int16_t{-32768}, std::int16_t{5}, std::int16_t{32767}})
-            expected.insert(expected.end(), to, value);
-        EXPECT_EQ(MixedValues<std::int16_t>({-32768, 5, 32767}, 1, to), expected);
-    }
-}
-
-TEST(ChannelMixer, Stereo_in_phase_saturates_in_integers_and_grows_in_floats) {
-    EXPECT_EQ(MixedValues<std::int16_t>({32767, 32767, -32768, -32768, 1000, 1000, 1000, -1000}, 2, 1),
-              std::vector<std::int16_t>({32767, -32768, 1245, 0}));
-    EXPECT_EQ(MixedValues<double>({1, 1}, 2, 1), std::vector<double>({2 * 0.6222539674441618}));
-    EXPECT_EQ(MixedValues<float>({1, 1}, 2, 1),
-              std::vector<float>({static_cast<float>(2 * 0.6222539674441618)}));
-}
-
-TEST(ChannelMixer, A_negative_zero_comes_out_of_a_sum_as_zero) {
-    const std::vector<double> values = MixedValues<double>({-0.0}, 1, 2);
-    EXPECT_FALSE(std::signbit(values[0]) || std::signbit(values[1]));
-}
-
-TEST(ChannelMixer, As_many_channels_as_there_are_pass_through_however_many) {
-    clChannelMixer mixer;
-    const Bytes samples = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
-    for (const std::uint16_t channels : {std::uint16_t{0}, std::uint16_t{1}, std::uint16_t{9}}) {
-        const QvFormat format = Plain(1, channels, 44100, 8);
-        clAudioBlock in;
-        in.setData(samples.data(), 11, &format, true);
-        ASSERT_TRUE(mixer.Mix(in, channels));
-        EXPECT_EQ(Bytes(mixer.output.data, mixer.output.data + mixer.output.bytes), samples);
-        EXPECT_EQ(mixer.output.format->nChannels, channels);
-        EXPECT_EQ(mixer.fromChannels, 0u);
-    }
-}
-
-TEST(ChannelMixer, Counts_that_have_no_layout_are_refused) {
-    const auto mixer = BuiltMixer();
-    const Bytes samples(72, 0);
-    for (const auto& [from, to] : {std::pair{2u, 0u}, {9u, 2u}, {0u, 2u}, {2u, 9u}, {9u, 8u}, {8u, 65538u}}) {
-        const QvFormat format = Plain(1, static_cast<std::uint16_t>(from), 44100, 16);
-        clAudioBlock in;
-        in.setData(samples.data(), 72, &format, true);
-        EXPECT_FALSE(mixer->Mix(in, to)) << from << " to " << to;
-    }
-}
-
-TEST(ChannelMixer, Float_in_containers_that_hold_no_float_is_refused) {
-    const auto mixer = BuiltMixer();
-    const Bytes samples(12, 0);
-    for (const std::uint16_t bits :
-         {std::uint16_t{0}, std::uint16_t{16}, std::uint16_t{24}, std::uint16_t{128}}) {
-        const QvFormat format = Plain(3, 2, 44100, bits);
-        clAudioBlock in;
-        in.setData(samples.data(), 12, &format, true);
-        EXPECT_FALSE(mixer->Mix(in, 1)) << bits;
-        EXPECT_TRUE(mixer->Mix(in, 2)) << "nothing is read";
-    }
-}
-
-TEST(ChannelMixer, A_depth_that_nobody_knows_is_silence_of_the_right_size) {
-    const auto mixer = BuiltMixer();
-    const Bytes samples(12, 0x7F);
-    const QvFormat known = Plain(1, 2, 44100, 16), unknown = Plain(1, 2, 44100, 12);
-    clAudioBlock in;
-    in.setData(samples.data(), 12, &known, true);
-    ASSERT_TRUE(mixer->Mix(in, 8));
-    in.setData(samples.data(), 12, &unknown, true);
-    ASSERT_TRUE(mixer->Mix(in, 3));
-    EXPECT_EQ(Bytes(mixer->output.data, mixer->output.data + mixer->output.bytes), Bytes(18, 0));
-}
-
-TEST(ChannelMixer, The_record_says_what_became_of_the_channels) {
-    const auto mixer = BuiltMixer();
-    const Bytes samples(26, 0);
-    const QvFormatExtensible format = Extensible(1, 6, 48000, 16);
-    clAudioBlock in;
-    in.setData(samples.data(), 26, &format.Format, true);
-    ASSERT_TRUE(mixer->Mix(in, 4));
-    const clAudioBlock& out = mixer->output;
-    EXPECT_EQ(out.format->nChannels, 4);
-    EXPECT_EQ(out.format->nBlockAlign, 8);
-    EXPECT_EQ(out.format->nAvgBytesPerSec, 8u * 48000);
-    EXPECT_EQ(out.bytes, 16u) << "two bytes are no frame";
-    EXPECT_EQ(out.bytes, out.capacity);
-    EXPECT_EQ(reinterpret_cast<const QvFormatExtensible*>(out.format)->dwChannelMask, 0u);
-    ASSERT_TRUE(mixer->Mix(in, 6));
-    EXPECT_EQ(reinterpret_cast<const QvFormatExtensible*>(out.format)->dwChannelMask, 3u)
-        << "the same channels";
-}
-
-TEST(ChannelMixer, An_empty_block_gives_an_empty_block) {
-    const auto mixer = BuiltMixer();
-    const QvFormat format = Plain(1, 6, 44100, 16);
-    clAudioBlock in;
-    in.setFormat(&format);
-    ASSERT_TRUE(mixer->Mix(in, 2));
-    EXPECT_EQ(mixer->output.bytes, 0u);
-    EXPECT_NE(mixer->output.data, nullptr);
-    EXPECT_EQ(mixer->output.format->nChannels, 2);
-}
-
-TEST(ChannelMixer, Another_pair_is_chosen_when_the_block_is_another) {
-    const auto mixer = BuiltMixer();
-    const std::int16_t samples[] = {100, 300};
-    for (const std::uint16_t from : {std::uint16_t{2}, std::uint16_t{1}, std::uint16_t{2}}) {
-        const QvFormat format = Plain(1, from, 44100, 16);
-        clAudioBlock in;
-        in.setData(samples, 4, &format, true);
-        ASSERT_TRUE(mixer->Mix(in, 3));
-        EXPECT_EQ(mixer->output.bytes, from == 2 ? 6u : 12u);
-        EXPECT_EQ(mixer->fromChannels, from);
-    }
-    mixer->ForgetPair();
-    EXPECT_EQ(mixer->fromChannels + mixer->toChannels, 0u);
-}
-
-TEST(ChannelMixer, A_size_that_no_block_can_count_is_refused) {
-    const auto mixer = BuiltMixer();
-    const std::uint8_t nothing = 0;
-    QvFormat format = Plain(1, 1, 44100, 8);
-    clAudioBlock in;
-    in.Borrow(&nothing, 0x20000000, &format);
-    EXPECT_FALSE(mixer->Mix(in, 8));
-    EXPECT_EQ(mixer->output.bytes + mixer->output.capacity, 0u);
-}
-
-TEST(ChannelMixer, Without_memory_it_is_false_and_the_next_block_works) {
-    const QvFormatExtensible format = Extensible(1, 2, 44100, 16);
-    const Bytes samples(128, 1);
-    clAudioBlock in;
-    in.setData(samples.data(), 128, &format.Format, true);
-    int failures = 0;
-    for (bool failed = true; failed; failures += failed) {
-        const auto mixer = BuiltMixer();
-        bool done = true;
-        {
-            AllocationFaults memory;
-            memory.FailCall(failures + 1);
-            done = mixer->Mix(in, 6);
-            failed = memory.HasFailed();
-        }
-        EXPECT_NE(done, failed) << failures;
-        ASSERT_TRUE(mixer->Mix(in, 6));
-        EXPECT_EQ(mixer->output.bytes, 384u);
-    }
-    EXPECT_EQ(failures, 3) << "the record while it is made, the record, the samples";
 }
 
 }  // namespace

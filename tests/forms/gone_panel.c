@@ -1,8 +1,14 @@
-/* An encoder whose panel, a button, destroys its own window when it is clicked, and says so in its text. Else it does
- * nothing. */
+/* An encoder, or with IS_EFFECT an effect, whose panel, a button, destroys its own window when it is clicked, and says
+ * so in its text. Else it does nothing. */
 #include <windows.h>
 
+#ifdef IS_EFFECT
+#define QV_DSP_MODULE
+#define ENTRY(name) DSP_##name
+#else
 #define QV_ENCODER_MODULE
+#define ENTRY(name) ENC_##name
+#endif
 #include "quavermill/module.h"
 
 static HWND panel;
@@ -15,15 +21,15 @@ static LRESULT CALLBACK Click(HWND window, UINT message, WPARAM word, LPARAM val
     return 0;
 }
 
-void QV_CALL ENC_ShowConfigBit(QvInstance instance, uint64_t parent, int32_t x, int32_t y,
-                               const QvChar* settings) {
+void QV_CALL ENTRY(ShowConfigBit)(QvInstance instance, uint64_t parent, int32_t x, int32_t y,
+                                  const QvChar* settings) {
     (void)instance, (void)settings;
     panel = CreateWindowExW(0, L"BUTTON", L"Go away", WS_CHILD | WS_VISIBLE, x, y, 90, 30,
                             (HWND)(ULONG_PTR)parent, (HMENU)5000, NULL, NULL);
     button_procedure = (WNDPROC)SetWindowLongPtrW(panel, GWLP_WNDPROC, (LONG_PTR)Click);
 }
 
-const QvChar* QV_CALL ENC_RemoveConfigBit(QvInstance instance, uint64_t parent) {
+const QvChar* QV_CALL ENTRY(RemoveConfigBit)(QvInstance instance, uint64_t parent) {
     (void)instance, (void)parent;
     if (!panel) return L"gone";
     DestroyWindow(panel);
