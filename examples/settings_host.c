@@ -91,7 +91,7 @@ static void AddControl(HWND window, const wchar_t* kind, const wchar_t* text, DW
 }
 
 static void AddControls(HWND window) {
-    static const wchar_t* const labels[] = {L"&Encoder...", L"E&ffect...", L"&Show panel", L"&Remove panel"};
+    static const wchar_t* const labels[] = {L"&Encoder...", L"Effec&t...", L"Sh&ow panel", L"&Remove panel"};
     for (int i = 0; i < 4; ++i) AddControl(window, L"BUTTON", labels[i], WS_TABSTOP, ENCODER_FORM + i, i, 0);
     AddControl(window, L"STATIC", L"", SS_NOPREFIX, REPORT, 0, 1);
 }

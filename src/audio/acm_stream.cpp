@@ -19,12 +19,6 @@ bool NeedsConversion(const clFormatHolder& a, const clFormatHolder& b) {
     return a.sampleType() != b.sampleType() || a.format->nSamplesPerSec != b.format->nSamplesPerSec;
 }
 
-// False when there is no memory for the record's tail.
-bool TakeFormat(clFormatHolder& holder, const clFormatHolder& from) {
-    holder.setFormat(from.format);
-    return holder.format->cbSize == from.format->cbSize;
-}
-
 }  // namespace
 
 bool clAcmStream::Convert(const clAudioBlock& in, const clFormatHolder& target, bool final) {
@@ -39,7 +33,7 @@ bool clAcmStream::Open(const clAudioBlock& in, const clFormatHolder& target) {
     sixteenFirst = 0;
     for (const bool second : {false, true}) {
         startPending = 1;
-        if (!TakeFormats(in, target)) return false;
+        if (!sourceFormat.setFormat(in.format) || !targetFormat.setFormat(target.format)) return false;
         if (!NeedsConversion(sourceFormat, targetFormat)) return true;
         if (sourceFormat.sampleType() == QV_FORMAT_PCM && targetFormat.sampleType() == QV_FORMAT_FLOAT &&
             sourceFormat.format->nSamplesPerSec == targetFormat.format->nSamplesPerSec) {
@@ -62,10 +56,6 @@ void clAcmStream::Close() {
     stream = nullptr;
     ownFloat = sixteenFirst = 0;
     carry.Clear();
-}
-
-bool clAcmStream::TakeFormats(const clAudioBlock& in, const clFormatHolder& target) {
-    return TakeFormat(sourceFormat, in) && TakeFormat(targetFormat, target);
 }
 
 bool clAcmStream::OpenStream() {
@@ -97,7 +87,7 @@ bool clAcmStream::ConvertQueued(bool final) {
     const clAudioBlock& source = carry.Take(carry.held() - carry.held() % carry.format->nBlockAlign);
     if (source.bytes == 0) {
         output.bytes = 0;
-        return TakeFormat(output, targetFormat);
+        return output.setFormat(targetFormat.format);
     }
     std::uint32_t suggested = 0;
     if (platform::acmStreamSize(stream, source.bytes, &suggested, platform::kAcmSizeSource) != 0)
@@ -107,7 +97,7 @@ bool clAcmStream::ConvertQueued(bool final) {
 
 // As much for every channel as is suggested for all of them: a codec that writes a little more finds room.
 bool clAcmStream::MakeRoom(std::uint32_t suggested) {
-    if (!TakeFormat(output, targetFormat)) return false;
+    if (!output.setFormat(targetFormat.format)) return false;
     const std::uint64_t sampleBytes = output.BytesPerSample();
     return output.reserveBytes(output.format->nChannels * sampleBytes * (suggested / sampleBytes));
 }

@@ -46,7 +46,6 @@ class clAcmStream {
     clBlockCarry carry;                    // waits for the stream
 
   private:
-    bool TakeFormats(const clAudioBlock& in, const clFormatHolder& target);
     bool OpenStream();
     bool ConvertToFloat(const clAudioBlock& in);
     bool Queue(const clAudioBlock& in);

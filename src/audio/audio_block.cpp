@@ -29,8 +29,9 @@ bool clAudioBlock::setData(const void* source, std::uint32_t count, const QvForm
 }
 
 bool clAudioBlock::CopyFrom(const clAudioBlock& from) {
-    setData(from.data, from.bytes, from.format, false);
-    return data && format->cbSize == from.format->cbSize;
+    const bool whole = setFormat(from.format);
+    setData(from.data, from.bytes, format, false);
+    return data && whole;
 }
 
 void clAudioBlock::Borrow(const std::uint8_t* source, std::uint32_t count, QvFormat* record) {

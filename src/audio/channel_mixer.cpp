@@ -39,12 +39,13 @@ bool clChannelMixer::Mix(const clAudioBlock& in, std::uint32_t to) {
 
 // Room for the result under its own record.
 bool clChannelMixer::Prepare(const clAudioBlock& in, std::uint32_t frames) {
-    clFormatHolder record(in.format);
+    clFormatHolder record;
+    const bool whole = record.setFormat(in.format);
     record.SetChannels(static_cast<std::uint16_t>(toChannels));
-    output.setFormat(record.format);
+    const bool kept = output.setFormat(record.format);
     if (!output.reserveToWrite(std::uint64_t{frames} * toChannels * in.BytesPerSample())) return false;
     output.bytes = output.capacity;
-    return output.format->cbSize == in.format->cbSize;
+    return whole && kept;
 }
 
 void clChannelMixer::MixFrames(const clAudioBlock& in, std::size_t frames, SampleKind kind) {

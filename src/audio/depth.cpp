@@ -15,10 +15,10 @@ bool IsFloatDepth(std::uint32_t bits) {
 
 // The record of the result but for its type, which is set last. False without memory for all of it.
 bool SetDepth(clAudioBlock& dest, const clAudioBlock& src, std::uint32_t bits) {
-    clFormatHolder record(src.format);
+    clFormatHolder record;
+    const bool whole = record.setFormat(src.format);
     record.SetBits(static_cast<std::uint16_t>(bits));
-    dest.setFormat(record.format);
-    return dest.format->cbSize == src.format->cbSize;
+    return dest.setFormat(record.format) && whole;
 }
 
 // A record without channels has frames of nothing.

@@ -32,35 +32,39 @@ bool IsPcm(std::uint32_t sampleType) {
 
 }  // namespace
 
-void clFormatHolder::setFormat(const QvFormat* source) {
-    if (source == format) return;
-    Take(*source, reinterpret_cast<const std::uint8_t*>(source) + sizeof(QvFormat));
+bool clFormatHolder::setFormat(const QvFormat* source) {
+    if (source == format) return true;
+    const bool whole = Take(*source, reinterpret_cast<const std::uint8_t*>(source) + sizeof(QvFormat));
     Normalise();
+    return whole;
 }
 
-void clFormatHolder::setFormat(const void* source, std::size_t available) {
+bool clFormatHolder::setFormat(const void* source, std::size_t available) {
     const auto* bytes = static_cast<const std::uint8_t*>(source);
     const std::size_t headBytes = std::min(available, sizeof(QvFormat));
     const std::size_t room = available - headBytes;
     QvFormat head = {};
     std::copy_n(bytes, headBytes, reinterpret_cast<std::uint8_t*>(&head));
     if (head.cbSize > room) head.cbSize = static_cast<std::uint16_t>(room);
-    Take(head, bytes + headBytes);
+    const bool whole = Take(head, bytes + headBytes);
     Normalise();
+    return whole;
 }
 
-void clFormatHolder::Take(const QvFormat& head, const std::uint8_t* tail) {
+// False when there is no memory for the tail.
+bool clFormatHolder::Take(const QvFormat& head, const std::uint8_t* tail) {
     inlineFormat = head;
     format = &inlineFormat;
-    if (inlineFormat.cbSize == 0) return;
+    if (inlineFormat.cbSize == 0) return true;
     if (!formatStore.Resize(std::uint32_t{sizeof(QvFormat)} + inlineFormat.cbSize, false, 0)) {
         inlineFormat.cbSize = 0;
-        return;
+        return false;
     }
     // The tail may be our own, moved up by StripExtensible.
     std::memmove(formatStore.Data() + sizeof(QvFormat), tail, inlineFormat.cbSize);
     std::memcpy(formatStore.Data(), &inlineFormat, sizeof inlineFormat);
     format = reinterpret_cast<QvFormat*>(formatStore.Data());
+    return true;
 }
 
 void clFormatHolder::Normalise() {

@@ -22,13 +22,13 @@ class clFormatHolder {
 
     // Takes a copy of a whole record: 18 bytes and the cbSize that follow must be readable. The block
     // alignment and the byte rate of integer and float PCM are computed anew, whatever the source says, and
-    // neither is 0 afterwards. The record that is held already is left as it stands. When there is no memory
-    // for the tail the plain part is kept.
-    void setFormat(const QvFormat* source);
+    // neither is 0 afterwards. The record that is held already is left as it stands. False when there is no
+    // memory for the tail: the plain part is then kept alone.
+    bool setFormat(const QvFormat* source);
     // The same for a record from somewhere else, of which only `available` bytes may be read: a cbSize that
     // claims more is lowered to what is there, and fields that are missing are 0. With nothing available the
     // source may be null.
-    void setFormat(const void* source, std::size_t available);
+    bool setFormat(const void* source, std::size_t available);
 
     // What the samples are, by the tag or, for an extensible record, by its SubFormat: one of the QV_FORMAT
     // values or a tag that is none of them. QV_FORMAT_EXTENSIBLE for a SubFormat that is unknown.
@@ -59,6 +59,6 @@ class clFormatHolder {
 
   private:
     QvFormatExtensible* Extension() const;
-    void Take(const QvFormat& head, const std::uint8_t* tail);
+    bool Take(const QvFormat& head, const std::uint8_t* tail);
     void Normalise();
 };

@@ -10,10 +10,7 @@
 // Takes a record of which no more than 40 bytes may be read; null is one of zeros. Raises when there is no
 // memory for its tail, without which it would mean something else.
 inline void TakeFormat(clFormatHolder& holder, const void* record) {
-    holder.setFormat(record, record ? sizeof(QvFormatExtensible) : 0);
-    QvFormat head = {};
-    if (record) std::memcpy(&head, record, sizeof head);
-    if (head.cbSize != 0 && holder.format->cbSize == 0) throw std::bad_alloc();
+    if (!holder.setFormat(record, record ? sizeof(QvFormatExtensible) : 0)) throw std::bad_alloc();
 }
 
 // Fills 40 bytes: the record's first ones, and zeros behind a shorter record.

@@ -85,14 +85,14 @@ bool clResampler::Process(const clAudioBlock& in, bool final) {
 
 // An empty block with a store: room for what the waiting input will give is made as it comes.
 bool clResampler::StartOutput(const clAudioBlock& in) {
-    output.setFormat(in.format);
+    const bool whole = output.setFormat(in.format);
     output.SetRate(targetRateAsked);
     output.store.Resize(output.store.Capacity(), false, 0);
     output.data = output.store.Data();
     output.capacity = output.store.Size();
     output.bytes = output.offset = 0;
     output.adopted = 0;
-    return output.format->cbSize == in.format->cbSize && output.data != nullptr;
+    return whole && output.data != nullptr;
 }
 
 bool clResampler::RunSteps(bool final) {

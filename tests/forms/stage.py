@@ -113,10 +113,10 @@ class Stage:
 
     def start_screen(self):
         """Its display number is whichever is free. It goes with this process, however that ends, and with it all that is
-        on it."""
+        on it. It doesn't begin anew when its last program has gone: that can be one that has only had a look."""
         reader, writer = os.pipe()
         self.start(["setpriv", "--pdeathsig", "KILL", "Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x900x24",
-                    "-nolisten", "tcp"], pass_fds=[writer])
+                    "-noreset", "-nolisten", "tcp"], pass_fds=[writer])
         os.close(writer)
         with os.fdopen(reader) as number:
             return ":" + number.readline().strip()
