@@ -1,32 +1,40 @@
 #include "resampler/resampled.h"
 
 #include <algorithm>
-#include <cstring>
 #include <random>
 
 #include "audio/format_records.h"
 
-std::vector<double> Resampled(const std::vector<double>& input, std::uint16_t channels, RatePair rates,
-                              const std::vector<std::size_t>& blocks) {
-    const QvFormat format = Plain(QV_FORMAT_FLOAT, channels, rates.source, 64);
+std::vector<std::uint8_t> Resampled(const std::vector<std::uint8_t>& input, const QvFormat& format,
+                                    std::uint32_t target, const std::vector<std::size_t>& blocks) {
+    const std::size_t frameBytes = format.nChannels * format.wBitsPerSample / 8u;
     clAudioBlock in;
     in.setFormat(&format);
     clResampler resampler;
-    std::vector<double> output;
-    if (!resampler.Design(in, rates.target)) return output;
+    std::vector<std::uint8_t> output;
+    if (!resampler.Design(in, target)) return output;
     std::size_t done = 0, turn = 0;
     do {
         const std::size_t left = input.size() - done;
-        const std::size_t samples =
-            blocks.empty() ? left : std::min(left, blocks[turn++ % blocks.size()] * channels);
-        in.setData(input.data() + done, static_cast<std::uint32_t>(samples * sizeof(double)), &format, true);
-        done += samples;
+        const std::size_t bytes =
+            blocks.empty() ? left : std::min(left, blocks[turn++ % blocks.size()] * frameBytes);
+        in.setData(input.data() + done, static_cast<std::uint32_t>(bytes), &format, true);
+        done += bytes;
         if (!resampler.Process(in, done == input.size())) return {};
-        const std::size_t before = output.size();
-        output.resize(before + resampler.output.bytes / sizeof(double));
-        if (output.size() > before)
-            std::memcpy(output.data() + before, resampler.output.data, resampler.output.bytes);
+        const clAudioBlock& made = resampler.output;
+        output.insert(output.end(), made.data, made.data + made.bytes);
     } while (done < input.size());
+    return output;
+}
+
+std::vector<double> Resampled(const std::vector<double>& input, std::uint16_t channels, RatePair rates,
+                              const std::vector<std::size_t>& blocks) {
+    const auto* const first = reinterpret_cast<const std::uint8_t*>(input.data());
+    const std::vector<std::uint8_t> bytes =
+        Resampled({first, first + input.size() * sizeof(double)},
+                  Plain(QV_FORMAT_FLOAT, channels, rates.source, 64), rates.target, blocks);
+    std::vector<double> output(bytes.size() / sizeof(double));
+    std::copy(bytes.begin(), bytes.end(), reinterpret_cast<std::uint8_t*>(output.data()));
     return output;
 }
 
