@@ -29,7 +29,7 @@ void ExpectTrue(double angle) {
 
 TEST(Sine, Every_size_of_angle_is_within_one_part_in_2_to_the_52) {
     std::mt19937_64 random(4);
-    for (double size = 0x1p-30; size <= 0x1p20; size *= 2) {
+    for (double size = 0x1p-30; size <= 0x1p22; size *= 2) {
         std::uniform_real_distribution<double> angles(-size, size);
         for (int i = 0; i < Times(2000, 200, 500); ++i) ExpectTrue(angles(random));
     }
@@ -41,6 +41,10 @@ TEST(Sine, Angles_around_multiples_of_an_eighth_of_a_turn_are_within_the_same) {
         ExpectTrue(angle);
         ExpectTrue(std::nextafter(angle, 1e9));
         ExpectTrue(std::nextafter(angle, -1e9));
+    }
+    for (int eighth = 5340000; eighth > 5336000; --eighth) {  // the largest below 2^22
+        ExpectTrue(eighth * (kPi / 4));
+        ExpectTrue(eighth * (-kPi / 4));
     }
 }
 
@@ -67,6 +71,7 @@ TEST(Sine, Gives_the_same_bits_on_every_system) {
         {100.0, -0x1.03425b78c4db8p-1, 0x1.b981dbf665fep-1},
         {-12345.678, 0x1.687d5890974a5p-1, 0x1.6b94c3bbe24b8p-1},
         {1048575.5, -0x1.4cb305757fa67p-3, 0x1.f932ec65b1d71p-1},
+        {4194303.25, 0x1.1ff4e9a4093ap-1, 0x1.a7598417de4cap-1},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Sine(row.angle), row.sine) << row.angle;

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numbers>
+
 #include "audio/resampler_plan.h"
 
 namespace {
@@ -109,6 +112,28 @@ TEST(ResamplerPlan, counts_what_a_run_allocates) {
         EXPECT_LE(channels * each * 8, 512 * kMegabyte) << target;
         EXPECT_GT((channels + 4) * each * 8, 512 * kMegabyte) << target;
     }
+}
+
+// The largest angle that a filter's taps are made with: clLowPass, at its last tap.
+double LargestAngle(const clResamplerPlan::Filter& filter) {
+    return 2 * std::numbers::pi * filter.cutoff / static_cast<double>(filter.rate) *
+           static_cast<double>(filter.length / 2);
+}
+
+// Of all ratios up to 12 to 12 and rates as far as they are reached, for the fewest channels.
+TEST(ResamplerPlan, lets_no_filter_through_whose_sine_has_larger_angles_than_it_is_true_for) {
+    double largest = 0;
+    for (std::int64_t from = 1; from <= 12; ++from)
+        for (std::int64_t to = 1; to <= 12; ++to)
+            for (double unit = 100; unit < 0x1p32; unit *= 1.005) {
+                clResamplerPlan plan;
+                const auto whole = static_cast<std::int64_t>(unit);
+                if (from == to || !plan.Make(from * whole, to * whole, 1)) continue;
+                EXPECT_LE(plan.fftLength, 1 << 23);
+                largest = std::max({largest, LargestAngle(plan.polyphase), LargestAngle(plan.lowPass)});
+            }
+    EXPECT_LT(largest, 0x1p22);
+    EXPECT_GT(largest, 0x1p21) << "and half of that would not do";
 }
 
 // Rates without a common factor have long tables, but no number in them wraps.

@@ -1,7 +1,8 @@
 // The angle is brought within an eighth of a turn of a multiple of a quarter, and there the power series of
 // sine and cosine fall below the last digit within nine terms (Abramowitz and Stegun, Handbook of Mathematical
-// Functions, 4.3.65 and 4.3.66). The quarters are taken off in three steps: the first two parts of pi/2 have so
-// few digits that their products are exact.
+// Functions, 4.3.65 and 4.3.66). The quarters are taken off in three steps: the first part of pi/2 has so
+// few digits that its product with 2^22 quarters is exact, and what the products with the others lose is far below
+// the last digit.
 #include "audio/fft/sine.h"
 
 #include <cmath>
