@@ -90,17 +90,24 @@ TEST(Format, Memory_that_fails_for_the_tail_leaves_the_plain_part) {
     const std::vector<std::uint8_t> record =
         WithTail(Plain(0x55, 2, 44100, 0), std::vector<std::uint8_t>(12, 9));
     clFormatHolder holder;
+    bool fromRecord = true, fromBytes = true, plain = false;
     {
         AllocationFaults memory;
         memory.FailFrom(1);
-        holder.setFormat(AsRecord(record));
+        fromRecord = holder.setFormat(AsRecord(record));
+        fromBytes = holder.setFormat(record.data(), record.size());
+        plain = holder.setFormat(record.data(), sizeof(QvFormat));
     }
+    EXPECT_FALSE(fromRecord);
+    EXPECT_FALSE(fromBytes);
+    EXPECT_TRUE(plain) << "there is no tail to keep";
     EXPECT_TRUE(IsInline(holder));
     EXPECT_EQ(holder.format->wFormatTag, 0x55);
     EXPECT_EQ(holder.format->nSamplesPerSec, 44100u);
     EXPECT_EQ(holder.format->cbSize, 0);
-    holder.setFormat(AsRecord(record));
+    EXPECT_TRUE(holder.setFormat(AsRecord(record)));
     EXPECT_EQ(holder.format->cbSize, 12);
+    EXPECT_TRUE(holder.setFormat(holder.format)) << "its own is kept already";
 }
 
 // The bytes stand on the heap exactly as long as they are said to be, so that a sanitizer sees a step beyond.
@@ -128,7 +135,7 @@ TEST(Format, A_foreign_record_is_not_read_beyond_what_is_there) {
         const std::unique_ptr<std::uint8_t[]> source(new std::uint8_t[row.available]);
         std::memcpy(source.get(), &whole, row.available);
         clFormatHolder holder;
-        holder.setFormat(source.get(), row.available);
+        EXPECT_TRUE(holder.setFormat(source.get(), row.available));
         EXPECT_EQ(holder.format->cbSize, row.cbSize);
         EXPECT_EQ(holder.sampleType(), row.sampleType);
         EXPECT_EQ(IsInline(holder), row.cbSize == 0);
