@@ -61,6 +61,19 @@ class Keys(OnStage):
         self.stage.keys("alt+v", "Return")
         self.assertEqual(self.answer(host), ["encoder", "1", "FLAC", ENCODERS["FLAC"]])
 
+    def test_a_row_that_does_not_count_is_stepped_over_until_it_does(self):
+        host = self.show("encoder", "Ogg Vorbis", "")
+        self.stage.keys("alt+m", "Down")
+        self.stage.wait_for(ENCODER_FORM, PANEL + 2, lambda rate: rate.enabled)
+        self.walk_round(ENCODER_FORM, [PANEL + 2, OK, CANCEL, LIST, PANEL])
+        self.stage.keys("alt+b")
+        self.expect_focus(ENCODER_FORM, PANEL + 2)
+        self.stage.keys("alt+m", "Up")
+        self.stage.wait_for(ENCODER_FORM, PANEL + 1, lambda quality: quality.enabled)
+        self.walk_round(ENCODER_FORM, [PANEL + 1, OK, CANCEL, LIST, PANEL])
+        self.stage.keys("Return")
+        self.assertEqual(self.answer(host), ["encoder", "1", "Ogg Vorbis", ENCODERS["Ogg Vorbis"]])
+
     def test_on_a_hosts_window(self):
         """The panel comes behind the host's own buttons, as it was made after them. Theirs are letters that no panel
         has."""
