@@ -498,7 +498,10 @@ QV_API int32_t QV_CALL QACShowDSPSettings(QvConverter* converter, const QvChar* 
  *                       with 8, 16 and 24, which the type in `format` then says; integer stays integer
  *     nSamplesPerSec    any, if the lower of the two rates, divided by what divides both, is 1 or a multiple of 2 or
  *                       of 3: so are those of all usual pairs. Not so far from the file's rate, or in so odd a ratio
- *                       to it, that its filters would take more than 512 MiB
+ *                       to it, that its tables would take more than 512 MiB. Where both rates, divided by what divides
+ *                       both, stay large, as of 95999 to 48000 Hz, the tables are megabytes, and the QADDecodeBlock
+ *                       that makes them, the first with audio, takes some hundredths of a second longer; with the
+ *                       largest tables a second or two (see docs/resampling.md)
  *
  * Files of any other type are delivered as they are, and can't be changed.
  *
@@ -565,7 +568,8 @@ QV_API int32_t QV_CALL QADCloseFile(QvConverter* converter);
  * most, so a plain record may stand there as well as an extensible one. Block alignment and byte rate of PCM are
  * computed anew. Null is a record of zeros.
  *
- * `file` AND `settings` MUST STAND UNTIL QAECloseFile HAS RETURNED: they are not copied.
+ * `file` AND `settings` MUST STAND UNTIL QAECloseFile HAS RETURNED: they are not copied. Null for either is the empty
+ * text here, too.
  *
  * QV_DONE when the encoder has begun. QV_NOTHING when it has refused, and the errors hold what it said of that, if
  * anything; or when there is no such encoder or it can't be loaded, and the errors say "Error loading encoder.". An
