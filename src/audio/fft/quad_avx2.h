@@ -73,9 +73,11 @@ struct Factor {
     Quad re, im;
 };
 
-inline Factor AsFactor(Quad a) {
-    return {{_mm256_movedup_pd(a.low), _mm256_movedup_pd(a.high)},
-            {_mm256_permute_pd(a.low, 0xF), _mm256_permute_pd(a.high, 0xF)}};
+// Of four values in memory, where one double more must be readable behind them: a load can double what it finds at
+// even places, and costs no shuffle then.
+inline Factor LoadFactor(const double* from) {
+    return {{_mm256_movedup_pd(_mm256_loadu_pd(from)), _mm256_movedup_pd(_mm256_loadu_pd(from + 4))},
+            {_mm256_movedup_pd(_mm256_loadu_pd(from + 1)), _mm256_movedup_pd(_mm256_loadu_pd(from + 5))}};
 }
 
 inline Quad Times(Quad a, const Factor& f) {

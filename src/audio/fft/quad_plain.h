@@ -73,11 +73,12 @@ struct Factor {
     Quad re, im;
 };
 
-inline Factor AsFactor(Quad a) {
+// Of four values in memory, behind which other forms read one double more.
+inline Factor LoadFactor(const double* from) {
     Factor f;
     for (int i = 0; i < 8; ++i) {
-        f.re.v[i] = a.v[i / 2 * 2];
-        f.im.v[i] = a.v[i / 2 * 2 + 1];
+        f.re.v[i] = from[i / 2 * 2];
+        f.im.v[i] = from[i / 2 * 2 + 1];
     }
     return f;
 }

@@ -97,7 +97,9 @@ inline Quad ImaginaryPartsTwice(Quad a) {
             _mm_unpackhi_pd(a.v3, a.v3)};
 }
 
-inline Factor AsFactor(Quad a) {
+// Of four values in memory, behind which other forms read one double more.
+inline Factor LoadFactor(const double* from) {
+    const Quad a = Load(from);
     return {RealPartsTwice(a), ImaginaryPartsTwice(a)};
 }
 
