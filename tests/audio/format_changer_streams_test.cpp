@@ -205,7 +205,7 @@ TEST(FormatChangerStreams, A_tone_comes_out_as_that_tone) {
     };
     for (const auto& row : rows) {
         const auto& [from, to] = row.pair;
-        SCOPED_TRACE(testing::Message() << from.nSamplesPerSec << " to " << to.nSamplesPerSec);
+        SCOPED_TRACE(testing::Message() << +from.nSamplesPerSec << " to " << +to.nSamplesPerSec);
         const SampleKind read = KindOf(from), written = KindOf(to);
         Bytes samples(from.nSamplesPerSec * from.nChannels * BytesOf(read));
         std::uint8_t* at = samples.data();
