@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <mutex>
 
 #include "platform/windows/native.h"
 
@@ -71,6 +72,10 @@ bool StartChild(char16_t* commandLine, std::uint32_t flags, const ChildStreams& 
     startup.StartupInfo.hStdError = Native(streams.error);
     startup.lpAttributeList = inherited.List();
     PROCESS_INFORMATION started{};
+    // One at a time: where several threads start children at once, Wine now and then loses the way to its server ("sendmsg:
+    // Socket operation on non-socket"), and a child stands still. Windows itself has no need of this.
+    static std::mutex one;
+    const std::lock_guard<std::mutex> held(one);
     if (!::CreateProcessW(nullptr, Native(commandLine), nullptr, nullptr, inherited.Any(),
                           flags | EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr, &startup.StartupInfo,
                           &started))
