@@ -16,14 +16,7 @@ void PlainPolyphase(const PolyphaseRows& rows, double* to, const double* from, s
     }
 }
 
-void PlainAddTail(double* block, double* tail, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) {
-        block[i] += tail[i];
-        tail[i] = block[count + i];
-    }
-}
-
-const FilterSums kPlain = {PlainPolyphase, PlainAddTail, nullptr};
+const FilterSums kPlain = {PlainPolyphase, nullptr};
 
 constexpr Forms<const FilterSums> kForms = {
     {&kPlain, &kFilterSumsSse2, &kFilterSumsAvx2, &kFilterSumsAvx512}};

@@ -39,13 +39,8 @@ struct PolyphaseGroups {
 using PolyphaseGroupSums = void(const PolyphaseGroups& groups, double* to, const double* from,
                                 std::size_t count, std::size_t group);
 
-// Adds the tail of a block to the first half of the next, and takes the next block's second half for the tail that
-// follows: `block` is twice `count` samples.
-using TailSum = void(double* block, double* tail, std::size_t count);
-
 struct FilterSums {
     PolyphaseSums* polyphase;
-    TailSum* addTail;
     PolyphaseGroupSums* groups;  // null where rows are faster anyway
 };
 

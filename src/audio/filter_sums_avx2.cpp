@@ -37,18 +37,6 @@ void Groups(const PolyphaseGroups& groups, double* to, const double* from, std::
     }
 }
 
-void AddTail(double* block, double* tail, std::size_t count) {
-    std::size_t i = 0;
-    for (; i + 4 <= count; i += 4) {
-        _mm256_storeu_pd(block + i, _mm256_add_pd(_mm256_loadu_pd(block + i), _mm256_loadu_pd(tail + i)));
-        _mm256_storeu_pd(tail + i, _mm256_loadu_pd(block + count + i));
-    }
-    for (; i < count; ++i) {
-        block[i] += tail[i];
-        tail[i] = block[count + i];
-    }
-}
-
 }  // namespace
 
-const FilterSums kFilterSumsAvx2 = {Polyphase, AddTail, Groups};
+const FilterSums kFilterSumsAvx2 = {Polyphase, Groups};

@@ -43,18 +43,6 @@ void Groups(const PolyphaseGroups& groups, double* to, const double* from, std::
     }
 }
 
-void AddTail(double* block, double* tail, std::size_t count) {
-    std::size_t i = 0;
-    for (; i + 8 <= count; i += 8) {
-        _mm512_storeu_pd(block + i, _mm512_add_pd(_mm512_loadu_pd(block + i), _mm512_loadu_pd(tail + i)));
-        _mm512_storeu_pd(tail + i, _mm512_loadu_pd(block + count + i));
-    }
-    for (; i < count; ++i) {
-        block[i] += tail[i];
-        tail[i] = block[count + i];
-    }
-}
-
 }  // namespace
 
-const FilterSums kFilterSumsAvx512 = {Polyphase, AddTail, Groups};
+const FilterSums kFilterSumsAvx512 = {Polyphase, Groups};

@@ -20,18 +20,6 @@ void Polyphase(const PolyphaseRows& rows, double* to, const double* from, std::s
     }
 }
 
-void AddTail(double* block, double* tail, std::size_t count) {
-    std::size_t i = 0;
-    for (; i + 2 <= count; i += 2) {
-        _mm_storeu_pd(block + i, _mm_add_pd(_mm_loadu_pd(block + i), _mm_loadu_pd(tail + i)));
-        _mm_storeu_pd(tail + i, _mm_loadu_pd(block + count + i));
-    }
-    for (; i < count; ++i) {
-        block[i] += tail[i];
-        tail[i] = block[count + i];
-    }
-}
-
 }  // namespace
 
-const FilterSums kFilterSumsSse2 = {Polyphase, AddTail, nullptr};
+const FilterSums kFilterSumsSse2 = {Polyphase, nullptr};

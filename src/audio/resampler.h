@@ -80,8 +80,7 @@ class clResampler {
     std::vector<double> picked;      // downward: one channel of output
     std::vector<std::vector<double>>
         inputs;  // by channel: what the polyphase filter reads, downward what it needs again
-    // By channel: what the low-pass gives beyond a step. Upward only the samples that are kept.
-    std::vector<clAlignedDoubles> overhangs;
+    std::vector<clAlignedDoubles> overhangs;  // by channel: what the low-pass gives beyond a step
 
     std::size_t channels = 0;  // 0 while there is no design
     std::size_t sampleBytes = 0;

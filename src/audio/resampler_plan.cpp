@@ -121,12 +121,12 @@ void clResamplerPlan::PlanPolyphase(std::int64_t rate, std::int64_t inputRate, s
 clResamplerPlan::Buffers clResamplerPlan::Lengths() const {
     const std::int64_t half = fftLength / 2;
     Buffers lengths;
-    lengths.block = upward ? fftLength : Lead() + fftLength;
+    lengths.block = upward ? half : Lead() + half + clPolyphaseFilter::kSpare;
     lengths.picked = upward ? 0 : half + 1;
     lengths.in = half + width + 1;
     lengths.out = half + 1;
     lengths.input = upward ? half + width + 1 + clPolyphaseFilter::kSpare : width + 1;
-    lengths.overhang = upward ? half / oversample + 1 : half;
+    lengths.overhang = half;
     return lengths;
 }
 
@@ -138,7 +138,7 @@ std::int64_t clResamplerPlan::Lead() const {
 std::int64_t clResamplerPlan::Bytes(std::int64_t channels) const {
     const Buffers lengths = Lengths();
     const std::int64_t rows = phases * (width + clPolyphaseFilter::kSpare);
-    const std::int64_t transform = fftLength + fftLength / 2;
+    const std::int64_t transform = 2 * fftLength + fftLength / 2;
     const std::int64_t each = lengths.in + lengths.out + lengths.input + lengths.overhang;
     const std::int64_t doubles = rows + transform + lengths.block + lengths.picked + channels * each;
     return doubles * std::int64_t{sizeof(double)} + phases * std::int64_t{sizeof(std::int32_t)};

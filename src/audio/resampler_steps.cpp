@@ -2,17 +2,15 @@
 //
 // Upward the polyphase filter goes first: it reads `inputs`, where what a step has not used up stands in front
 // of the next, and fills half a transform at the oversampled rate. Every oversample-th sample of what the
-// low-pass makes of it is kept, its overhang likewise until the next step.
+// low-pass makes of it is kept.
 //
-// Downward the low-pass goes first: it takes the input with zeros between, and adds its output to the overhang
-// of the step before in `inputs`, where the polyphase filter picks the output frames.
+// Downward the low-pass goes first: it takes the input with zeros between. From its output, behind what `inputs`
+// keeps of the step before, the polyphase filter picks the output frames.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <functional>
 #include <limits>
 
-#include "audio/filter_sums.h"
 #include "audio/resampler.h"
 #include "audio/sample_values.h"
 
@@ -47,17 +45,12 @@ bool clResampler::ProcessUp(bool last, const clAudioBlock& taken, std::int64_t w
 
 void clResampler::FilterUp(std::size_t channel, std::int64_t want) {
     std::vector<double>& input = inputs[channel];
-    double* const tail = overhangs[channel].Data();
     Spread(channel, want, input.data() + held, 1);
     polyphase.Run(block.Data(), input.data() + DivideUp(position, plan.phases), lowPass.Half(), made);
-    lowPass.Apply(block.Data());
-    const double* from = block.Data() + outPhase;
-    const double* const middle = block.Data() + lowPass.Half();
-    const double* const end = block.Data() + lowPass.Length();
+    lowPass.Apply(block.Data(), overhangs[channel].Data());
     double* to = outBuffer.data() + channel;
-    const double* before = tail;
-    for (; from < middle; from += plan.oversample, to += channels) *to = *from + *before++;
-    for (double* after = tail; from < end; from += plan.oversample) *after++ = *from;
+    for (std::int64_t i = outPhase; i < lowPass.Half(); i += plan.oversample, to += channels)
+        *to = block.Data()[i];
 }
 
 // The next step goes on at the sample before the next output.
@@ -84,19 +77,19 @@ bool clResampler::ProcessDown(bool last, const clAudioBlock& taken, std::int64_t
     return Write(kept);
 }
 
-// The polyphase filter reads the step's block where the transform left it, with the last samples of the step before
-// put in front.
+// The polyphase filter reads the step's block where the low-pass left it, with the last samples of the step before
+// put in front. The last step of a stream works on a copy of the overhang.
 void clResampler::FilterDown(std::size_t channel, std::int64_t want, std::int64_t got, bool finished) {
     const auto half = static_cast<std::size_t>(lowPass.Half()), past = inputs[channel].size();
     double* const now = block.Data() + plan.Lead();
     std::fill(now, now + overhang, 0.0);
     Spread(channel, want, now + overhang, plan.oversample);
-    lowPass.Apply(now);
-    double* const tail = overhangs[channel].Data();
-    if (finished)
-        std::transform(now, now + half, tail, now, std::plus<>());
-    else
-        FilterSumsInUse().addTail(now, tail, half);
+    double* beyond = overhangs[channel].Data();
+    if (finished) {
+        std::copy_n(beyond, half, picked.data());
+        beyond = picked.data();
+    }
+    lowPass.Apply(now, beyond);
     double* const input = now - past;
     std::copy(inputs[channel].begin(), inputs[channel].end(), input);
     if (got > 0) polyphase.Run(picked.data(), input + DivideUp(position, plan.phases), got, made);

@@ -1,61 +1,82 @@
-// Convolution through the transform, beside the sum that defines it and beside its three steps taken one by one.
+// Convolution beside the sum that defines it, beside the transforms that would do it, and block after block.
+#include "audio/fft/convolution.h"
+
 #include <gtest/gtest.h>
 
+#include "fft/convolved.h"
 #include "fft/each_form.h"
 #include "fft/real_transform.h"
 
 namespace {
 
-// The signal is half as long as the spectrum; what stands behind it must not matter.
-Values Convolved(const Values& signal, const Values& spectrum) {
-    FftTables tables(spectrum.size());
-    Values result = signal;
-    result.resize(spectrum.size(), 1e300);
-    ConvolveHalf(result.size(), result.data(), spectrum.data(), tables.index.data(), tables.table.data());
-    return result;
+// All of it, by the sum.
+Values Summed(const Values& signal, const Values& taps) {
+    Values sums(signal.size() + taps.size());
+    for (std::size_t j = 0; j < sums.size(); ++j) {
+        long double sum = 0;
+        for (std::size_t k = j < taps.size() ? 0 : j - taps.size() + 1; k <= j && k < signal.size(); ++k)
+            sum += static_cast<long double>(signal[k]) * taps[j - k];
+        sums[j] = static_cast<double>(sum);
+    }
+    return sums;
 }
 
-Values Product(const Values& a, const Values& b) {
+// The same by a real transform, a product of spectra and an inverse, times half the length.
+Values Transformed(Values signal, Values taps) {
+    const std::size_t n = 2 * signal.size();
+    signal.resize(n);
+    taps.resize(n);
+    const Values a = Forward(signal), b = Forward(taps);
     Values product = {a[0] * b[0], a[1] * b[1]};
-    for (std::size_t j = 2; j < a.size(); j += 2) {
+    for (std::size_t j = 2; j < n; j += 2) {
         product.push_back(a[j] * b[j] - a[j + 1] * b[j + 1]);
         product.push_back(a[j] * b[j + 1] + a[j + 1] * b[j]);
     }
-    return product;
+    return Inverse(product);
 }
 
 class ConvolveInEachForm : public InEachForm {};
 
-TEST_P(ConvolveInEachForm, Short_lengths_give_the_circular_sums_times_half_the_length) {
-    for (std::size_t n = 8; n <= 1024; n *= 2) {
-        const Values signal = Noise(n / 2, 3), filter = Noise(n, 4);
-        const Values convolved = Convolved(signal, Forward(filter));
-        for (std::size_t j = 0; j < n; ++j) {
-            long double sum = 0;
-            for (std::size_t k = 0; k < n / 2; ++k)
-                sum += static_cast<long double>(signal[k]) * filter[(n + j - k) % n];
-            const auto half = static_cast<long double>(n) / 2;
-            ASSERT_NEAR(static_cast<double>(convolved[j] / half), static_cast<double>(sum),
+TEST_P(ConvolveInEachForm, Short_lengths_give_the_sums_times_half_the_length) {
+    for (std::size_t n = 256; n <= 2048; n *= 2) {
+        const Values signal = Noise(n / 2, 3), taps = Noise(n / 2, 4), sums = Summed(signal, taps);
+        Convolution convolution(taps);
+        const Values convolved = convolution.Apply(signal);
+        for (std::size_t j = 0; j < n; ++j)
+            ASSERT_NEAR(convolved[j] / static_cast<double>(n / 2), sums[j],
                         ErrorBound(n) * static_cast<double>(n))
                 << n << " " << j;
-        }
     }
 }
 
-TEST_P(ConvolveInEachForm, Every_length_gives_what_its_three_steps_give) {
+TEST_P(ConvolveInEachForm, Every_length_gives_what_the_real_transforms_give) {
     for (std::size_t n : AllLengths()) {
-        if (n < 8) continue;
-        Values signal = Noise(n / 2, 5);
-        const Values spectrum = Forward(Noise(n, 6)), convolved = Convolved(signal, spectrum);
-        signal.resize(n);
-        const Values expected = Inverse(Product(Forward(signal), spectrum));
-        double largest = 0, farthest = 0;
-        for (std::size_t j = 0; j < n; ++j) {
-            largest = std::max(largest, std::abs(expected[j]));
-            farthest = std::max(farthest, std::abs(convolved[j] - expected[j]));
-        }
-        EXPECT_LE(farthest, ErrorBound(n) * largest) << n;
+        if (n < 256) continue;
+        const Values signal = Noise(n / 2, 5), taps = Noise(n / 2, 6), expected = Transformed(signal, taps);
+        Convolution convolution(taps);
+        EXPECT_LE(Farthest(convolution.Apply(signal), expected), ErrorBound(n) * Largest(expected)) << n;
     }
+}
+
+TEST_P(ConvolveInEachForm, Blocks_one_after_another_give_the_whole) {
+    const std::size_t half = 256;
+    const Values signal = Noise(5 * half, 7), taps = Noise(half, 8), sums = Summed(signal, taps);
+    Convolution convolution(taps);
+    for (std::size_t at = 0; at < signal.size(); at += half) {
+        const auto begin = signal.begin() + static_cast<std::ptrdiff_t>(at);
+        const Values out = convolution.Apply(Values(begin, begin + static_cast<std::ptrdiff_t>(half)));
+        for (std::size_t j = 0; j < half; ++j)
+            ASSERT_NEAR(out[j] / static_cast<double>(half), sums[at + j],
+                        ErrorBound(2 * half) * static_cast<double>(2 * half))
+                << at + j;
+    }
+}
+
+TEST_P(ConvolveInEachForm, Tables_for_a_longer_length_serve_a_shorter_one) {
+    const Values signal = Noise(128, 9), taps = Noise(128, 10);
+    Convolution own(taps), shared(taps, 4096);
+    const Values expected = own.Apply(signal), convolved = shared.Apply(signal);
+    EXPECT_LE(Farthest(convolved, expected), ErrorBound(256) * Largest(expected));
 }
 
 INSTANTIATE_TEST_SUITE_P(Form, ConvolveInEachForm, testing::ValuesIn(OfferedSets()), NameOfForm);

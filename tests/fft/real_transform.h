@@ -2,6 +2,7 @@
 // beyond them.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -65,4 +66,16 @@ inline double ImaginaryPart(const Values& spectrum, std::size_t k) {
 // How far a bin may be off for values of norm 1: one rounding of a double for each of the log2 n levels.
 inline double ErrorBound(std::size_t n) {
     return std::log2(static_cast<double>(n)) * 0x1p-52;
+}
+
+inline double Largest(const Values& values) {
+    double largest = 0;
+    for (double value : values) largest = std::max(largest, std::abs(value));
+    return largest;
+}
+
+inline double Farthest(const Values& a, const Values& b) {
+    double farthest = 0;
+    for (std::size_t j = 0; j < a.size(); ++j) farthest = std::max(farthest, std::abs(a[j] - b[j]));
+    return farthest;
 }

@@ -56,23 +56,3 @@ TEST(FilterSums, sum_rows_of_every_width_alike_in_every_form) {
         }
     }
 }
-
-TEST(FilterSums, add_tails_of_every_length_and_keep_the_next_alike_in_every_form) {
-    for (std::size_t count = 0; count < 40; ++count) {
-        const std::vector<double> block = Noise(2 * count, 1), before = Noise(count, 2);
-        for (const InstructionSet set : OfferedSets()) {
-            const ForcedSet forced(set);
-            std::vector<double> sum = block, tail = before;
-            sum.push_back(99.0);
-            tail.push_back(98.0);
-            FilterSumsInUse().addTail(sum.data(), tail.data(), count);
-            for (std::size_t i = 0; i < count; ++i) {
-                ASSERT_EQ(sum[i], block[i] + before[i]) << NameOf(set);
-                ASSERT_EQ(sum[count + i], block[count + i]) << NameOf(set);
-                ASSERT_EQ(tail[i], block[count + i]) << NameOf(set);
-            }
-            EXPECT_EQ(sum[2 * count], 99.0) << NameOf(set);
-            EXPECT_EQ(tail[count], 98.0) << NameOf(set);
-        }
-    }
-}

@@ -3,29 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 #include "audio/fft/levels.h"
 #include "audio/fft/reordering.h"
 
 namespace {
-
-// Lengths whose power of two is even end in passes of 64 doubles, the others in passes of 128.
-inline bool EndsIn64(std::size_t n) {
-    while (n > kKernel32Pass) n >>= 2;
-    return n == 64;
-}
-
-inline void GatherLeaves(std::size_t n, const double* end, Leaves& leaves) {
-    const bool passes = n > kKernel32Pass;
-    if (EndsIn64(n)) {
-        leaves.sixteen = MakeKernel16Factors(end - 16);
-        if (passes) GatherColumnFactors(end, leaves.two);
-    } else {
-        leaves.thirtyTwo = MakeKernel32Factors(end);
-        if (passes) GatherColumnFactors(end, leaves.four);
-    }
-}
 
 inline void TwoPoints(double* a) {
     const double re = a[0] - a[2];
@@ -57,17 +39,13 @@ struct Way {
 };
 
 constexpr Way kForward{FirstPassForward, BitReverse, BitReverse32, BitReverse16, Kernel8Forward};
-constexpr Way kForwardOfHalf{FirstPassOfHalf, BitReverse, BitReverse32, BitReverse16, Kernel8Forward};
 constexpr Way kBackward{FirstPassBackward, BitReverseConj, BitReverse32Neg, BitReverse16Neg, Kernel8Backward};
 
 template <const Way& way>
 void Transform(std::size_t n, double* a, std::int32_t* scratch, std::size_t nw, const double* twiddles) {
     if (n > 32) {
         way.firstPass(n, a, twiddles + nw - (n >> 2));
-        Tables tables;
-        tables.end = twiddles + nw;
-        GatherLeaves(n, tables.end, tables.leaves);
-        InnerLevels(n, a, tables);
+        InnerLevels(n, a, GatherTables(n, twiddles + nw));
         way.reverse(n, scratch, a);
     } else if (n == 32) {
         Kernel32A(a, LoadElements(a, 8), MakeKernel32AFactors(twiddles + nw - 8));
@@ -80,12 +58,6 @@ void Transform(std::size_t n, double* a, std::int32_t* scratch, std::size_t nw, 
     } else if (n == 4) {
         TwoPoints(a);
     }
-}
-
-// Short arrays, which have no first pass, are filled up with the zeros.
-void TransformHalf(std::size_t n, double* a, std::int32_t* scratch, std::size_t nw, const double* twiddles) {
-    if (n <= 32) std::memset(a + n / 2, 0, n / 2 * sizeof(double));
-    Transform<kForwardOfHalf>(n, a, scratch, nw, twiddles);
 }
 
 }  // namespace

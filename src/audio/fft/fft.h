@@ -41,10 +41,9 @@
 // pass conjugates as it reads, the reordering as it writes, and every level in between is shared. In the shortest
 // lengths the result is read at the negated index instead, which comes to the same.
 //
-// Levels. Each does its pass, then finishes its quarters one after another, so that a quarter is worked on while
-// it is in cache: by recursion down to 512 doubles, then by a sweep over its quarters. There the last pass and the
-// kernels of 32 or 16 doubles, into which its quarters fall, work in registers, and the four values that are left
-// are transformed while the reordering holds them.
+// Levels. Each does its pass, then finishes its quarters one after another, so that a quarter is worked on while it
+// is in cache. The last pass, on 128 or 64 doubles, and the kernels of 32 or 16 doubles, into which its quarters fall,
+// work in registers, and the four values that are left are transformed while the reordering holds them.
 //
 // Forms. All of it is written once, over a quad: four complex values side by side. Each instruction set has a quad of
 // its own, and a form made with it.
@@ -87,12 +86,6 @@ enum class FftDirection : std::uint8_t { Forward, Inverse };
 // The caller makes entry 0 equal to 0 before the first call, which marks the tables as empty; a length above that
 // of the tables makes them anew, which the arrays must have room for.
 void RealFft(std::size_t n, FftDirection direction, double* a, std::int32_t* fftIndex, double* fftTable);
-
-// Convolves the first n/2 doubles of `a` with a signal of n whose spectrum RealFft made, and leaves the n doubles of the
-// circular result, times n/2, in `a`; what stands in its second half before is not read. n at least 8. That is a
-// transform, a product and an inverse, at less than their cost: zeros are not read, and the product is one pass with those
-// between complex and real spectrum.
-void ConvolveHalf(std::size_t n, double* a, const double* spectrum, std::int32_t* fftIndex, double* fftTable);
 
 // Writes the nw entries of the twiddle table, if nw is above 2; fftIndex entry 0 becomes nw and entry 1 becomes 1.
 void MakeTwiddles(std::size_t nw, std::int32_t* fftIndex, double* twiddles);

@@ -5,28 +5,37 @@
 #include <cstddef>
 #include <cstdint>
 
+// What a convolution finds in the tables, made for its length.
+struct ConvolutionTables {
+    const double* first;  // of the first pass
+    const double* end;    // of the twiddle tables
+    const double* cosines;
+    std::size_t nc;
+    double firstTurns[8];  // twice e^(i pi j / 2N), for j = 0..3
+};
+
 struct FftForm {
     using Complex = void(std::size_t n, double* a, std::int32_t* scratch, std::size_t nw,
                          const double* twiddles);
     using Real = void(std::size_t n, double* a, std::size_t nc, const double* cosines);
-    using Product = void(std::size_t n, double* a, const double* spectrum, std::size_t nc,
-                         const double* cosines);
 
     Complex* forwardComplex;
-    Complex* forwardComplexOfHalf;  // the second half of `a` is taken for zeros
     Complex* backwardComplex;
     Real* forwardRealPost;
     Real* backwardRealPre;
-    Product* realProduct;  // both, with the product of two real spectra between them
+    void (*makeSpectrum)(std::size_t n, const double* samples, double* spectrum,
+                         const ConvolutionTables& tables);
+    void (*convolve)(std::size_t n, double* samples, double* overhang, const double* spectrum, double* work,
+                     const ConvolutionTables& tables);
 };
 
-// What the forms share: the first three pairs of bins of a real pass. `sign` is that of the weights' imaginary parts,
+// The first three pairs of bins of a real pass, which the forms share. `sign` is that of the weights' imaginary parts,
 // 1 forward and -1 backward.
 void JoinFirstPairs(std::size_t n, double* a, std::size_t nc, const double* cosines, double sign);
-// The product of those pairs with a spectrum's, and of the bin in the middle, which needs no joining.
-void MultiplyFirstPairs(std::size_t n, double* a, const double* spectrum);
 
 extern const FftForm kPlainFft;
 extern const FftForm kSse2Fft;
 extern const FftForm kAvx2Fft;
 extern const FftForm kAvx512Fft;
+
+const FftForm& FftFormInUse();

@@ -2,8 +2,9 @@
 #include "audio/fft/quad_plain.h"
 
 #include "audio/fft/complex_transforms.h"
+#include "audio/fft/convolving.h"
 #include "audio/fft/form.h"
 #include "audio/fft/real_passes.h"
 
-const FftForm kPlainFft = {Transform<kForward>, TransformHalf, Transform<kBackward>, RealPost, RealPre,
-                           RealProduct};
+const FftForm kPlainFft = {
+    Transform<kForward>, Transform<kBackward>, RealPost, RealPre, MakeSpectrum, Convolve};

@@ -70,25 +70,31 @@ inline FourGroups GroupsBackTo(const double* table, std::size_t j, std::size_t e
     return {LoadGroups(last - 12), j == end ? WithSecond(high, kEighthTurn) : high};
 }
 
-inline void MiddlePassA(std::size_t L, double* x, const double* table) {
+// A pass in either direction is one of these loops: what is done with a column is handed in.
+using ColumnOfTypeA = Elements(const Elements& e, const Factors& f);
+using ColumnOfTypeB = Elements(const Elements& e, const Factors& straight, const Factors& mirrored);
+
+template <ColumnOfTypeA Do, ColumnOfTypeA DoMirrored>
+inline void PassOfTypeA(std::size_t L, double* x, const double* table) {
     const std::size_t quarter = L >> 2;
     const std::size_t half = quarter >> 1;
     for (std::size_t j = 0; j < half; j += 8) {
         const Factors f = Straight(GroupsFrom(table, j));
-        StoreElements(x + j, quarter, ButterflyA(LoadElements(x + j, quarter), f));
+        StoreElements(x + j, quarter, Do(LoadElements(x + j, quarter), f));
     }
     for (std::size_t j = half; j < quarter; j += 8) {
         const Factors f = Mirrored(GroupsBackTo(table, quarter - j, half));
-        StoreElements(x + j, quarter, ButterflyAMirrored(LoadElements(x + j, quarter), f));
+        StoreElements(x + j, quarter, DoMirrored(LoadElements(x + j, quarter), f));
     }
 }
 
-inline void MiddlePassB(std::size_t L, double* x, const double* table) {
+template <ColumnOfTypeB Do>
+inline void PassOfTypeB(std::size_t L, double* x, const double* table) {
     const std::size_t quarter = L >> 2;
     for (std::size_t j = 0; j < quarter; j += 8) {
         const Factors straight = Straight(GroupsFrom(table, j));
         const Factors mirrored = Mirrored(GroupsBackTo(table, quarter - j, quarter));
-        StoreElements(x + j, quarter, ButterflyB(LoadElements(x + j, quarter), straight, mirrored));
+        StoreElements(x + j, quarter, Do(LoadElements(x + j, quarter), straight, mirrored));
     }
 }
 
@@ -105,40 +111,42 @@ inline NeighbourGroups LoadNeighbours(const double* table, std::size_t first, st
     return groups;
 }
 
+// The columns of a first pass, with their factors.
+template <typename Do, typename DoMirrored>
+inline void ForFirstColumns(std::size_t n, const double* table, const Do& straight,
+                            const DoMirrored& mirrored) {
+    const std::size_t quarter = n >> 2;
+    const std::size_t half = quarter >> 1;
+    for (std::size_t j = 0; j < half; j += 8) {
+        const NeighbourGroups groups = LoadNeighbours(table, j, half);
+        straight(j, Straight(Interleaved(groups.lower, groups.between)));
+    }
+    for (std::size_t j = half; j < quarter; j += 8) {
+        const NeighbourGroups groups = LoadNeighbours(table, quarter - j - 8, half);
+        mirrored(j, Mirrored(Interleaved(groups.between, groups.upper)));
+    }
+}
+
 // The way back begins by conjugating what it reads.
 inline Elements LoadConjugated(const double* x, std::size_t quarter) {
     const Elements e = LoadElements(x, quarter);
     return {Conjugate(e.e0), Conjugate(e.e1), Conjugate(e.e2), Conjugate(e.e3)};
 }
 
-// What a convolution transforms fills half of the array; the rest is not read.
-inline Elements LoadFirstHalf(const double* x, std::size_t quarter) {
-    const Quad zero = Twice(0, 0, 0, 0);
-    return {Load(x), Load(x + quarter), zero, zero};
-}
-
 template <Elements Taken(const double*, std::size_t)>
 inline void FirstPass(std::size_t n, double* a, const double* table) {
     const std::size_t quarter = n >> 2;
-    const std::size_t half = quarter >> 1;
-    for (std::size_t j = 0; j < half; j += 8) {
-        const NeighbourGroups groups = LoadNeighbours(table, j, half);
-        const Factors f = Straight(Interleaved(groups.lower, groups.between));
+    const auto straight = [=](std::size_t j, const Factors& f) {
         StoreElements(a + j, quarter, ButterflyA(Taken(a + j, quarter), f));
-    }
-    for (std::size_t j = half; j < quarter; j += 8) {
-        const NeighbourGroups groups = LoadNeighbours(table, quarter - j - 8, half);
-        const Factors f = Mirrored(Interleaved(groups.between, groups.upper));
+    };
+    const auto mirrored = [=](std::size_t j, const Factors& f) {
         StoreElements(a + j, quarter, ButterflyAMirrored(Taken(a + j, quarter), f));
-    }
+    };
+    ForFirstColumns(n, table, straight, mirrored);
 }
 
 inline void FirstPassForward(std::size_t n, double* a, const double* table) {
     FirstPass<LoadElements>(n, a, table);
-}
-
-inline void FirstPassOfHalf(std::size_t n, double* a, const double* table) {
-    FirstPass<LoadFirstHalf>(n, a, table);
 }
 
 inline void FirstPassBackward(std::size_t n, double* a, const double* table) {

@@ -28,6 +28,10 @@ inline Quad operator-(Quad a, Quad b) {
     return {a.low - b.low, a.high - b.high};
 }
 
+inline Quad operator*(Quad a, Quad b) {
+    return {a.low * b.low, a.high * b.high};
+}
+
 inline Quad Conjugate(Quad a) {
     const __m256d signs = _mm256_set_pd(-0.0, 0, -0.0, 0);
     return {_mm256_xor_pd(a.low, signs), _mm256_xor_pd(a.high, signs)};
@@ -73,11 +77,9 @@ struct Factor {
     Quad re, im;
 };
 
-// Of four values in memory, where one double more must be readable behind them: a load can double what it finds at
-// even places, and costs no shuffle then.
-inline Factor LoadFactor(const double* from) {
-    return {{_mm256_movedup_pd(_mm256_loadu_pd(from)), _mm256_movedup_pd(_mm256_loadu_pd(from + 4))},
-            {_mm256_movedup_pd(_mm256_loadu_pd(from + 1)), _mm256_movedup_pd(_mm256_loadu_pd(from + 5))}};
+inline Factor AsFactor(Quad a) {
+    return {{_mm256_movedup_pd(a.low), _mm256_movedup_pd(a.high)},
+            {_mm256_permute_pd(a.low, 0xF), _mm256_permute_pd(a.high, 0xF)}};
 }
 
 inline Quad Times(Quad a, const Factor& f) {
@@ -88,6 +90,14 @@ inline Quad Times(Quad a, const Factor& f) {
 inline Quad TimesConjugate(Quad a, const Factor& f) {
     return {_mm256_fmsubadd_pd(a.low, f.re.low, Exchanged(a.low) * f.im.low),
             _mm256_fmsubadd_pd(a.high, f.re.high, Exchanged(a.high) * f.im.high)};
+}
+
+// The real parts are added to what overhangs and stored, the imaginary parts overhang next.
+inline void StoreOverlapped(double* to, double* overhang, Quad a) {
+    const __m256d real = __builtin_shufflevector(a.low, a.high, 0, 2, 4, 6);
+    const __m256d imaginary = __builtin_shufflevector(a.low, a.high, 1, 3, 5, 7);
+    _mm256_storeu_pd(to, _mm256_loadu_pd(overhang) + real);
+    _mm256_storeu_pd(overhang, imaginary);
 }
 
 // Four values, each twice.

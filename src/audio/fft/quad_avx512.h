@@ -27,6 +27,10 @@ inline Quad operator-(Quad a, Quad b) {
     return {a.v - b.v};
 }
 
+inline Quad operator*(Quad a, Quad b) {
+    return {a.v * b.v};
+}
+
 inline Quad Conjugate(Quad a) {
     const __m512d signs = _mm512_set_pd(-0.0, 0, -0.0, 0, -0.0, 0, -0.0, 0);
     return {_mm512_xor_pd(a.v, signs)};
@@ -69,10 +73,8 @@ struct Factor {
     Quad re, im;
 };
 
-// Of four values in memory, where one double more must be readable behind them: a load can double what it finds at
-// even places, and costs no shuffle then.
-inline Factor LoadFactor(const double* from) {
-    return {{_mm512_movedup_pd(_mm512_loadu_pd(from))}, {_mm512_movedup_pd(_mm512_loadu_pd(from + 1))}};
+inline Factor AsFactor(Quad a) {
+    return {{_mm512_movedup_pd(a.v)}, {_mm512_permute_pd(a.v, 0xFF)}};
 }
 
 inline Quad Times(Quad a, const Factor& f) {
@@ -81,6 +83,13 @@ inline Quad Times(Quad a, const Factor& f) {
 
 inline Quad TimesConjugate(Quad a, const Factor& f) {
     return {_mm512_fmsubadd_pd(a.v, f.re.v, _mm512_mul_pd(Exchanged(a), f.im.v))};
+}
+
+// The real parts are added to what overhangs and stored, the imaginary parts overhang next.
+inline void StoreOverlapped(double* to, double* overhang, Quad a) {
+    const __m512d parts = __builtin_shufflevector(a.v, a.v, 0, 2, 4, 6, 1, 3, 5, 7);
+    _mm256_storeu_pd(to, _mm256_loadu_pd(overhang) + _mm512_castpd512_pd256(parts));
+    _mm256_storeu_pd(overhang, _mm512_extractf64x4_pd(parts, 1));
 }
 
 // Four values, each twice.
@@ -124,8 +133,8 @@ inline TwoGroups WithSecond(TwoGroups groups, const double* group) {
 
 // The groups half-way between a's and b's: the secants are of half the angle between them and of three halves.
 inline TwoGroups Between(TwoGroups a, TwoGroups b, double secant, double secantOfThrice) {
-    const __m512d secants = _mm512_set_pd(secantOfThrice, secantOfThrice, secant, secant, secantOfThrice,
-                                          secantOfThrice, secant, secant);
+    const __m512d secants =
+        _mm512_mask_blend_pd(0xCC, _mm512_set1_pd(secant), _mm512_set1_pd(secantOfThrice));
     return {(a.v + b.v) * secants};
 }
 

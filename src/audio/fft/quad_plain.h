@@ -29,6 +29,11 @@ inline Quad operator-(Quad a, Quad b) {
     return a;
 }
 
+inline Quad operator*(Quad a, Quad b) {
+    for (int i = 0; i < 8; ++i) a.v[i] *= b.v[i];
+    return a;
+}
+
 inline Quad Conjugate(Quad a) {
     for (int i = 1; i < 8; i += 2) a.v[i] = -a.v[i];
     return a;
@@ -73,12 +78,11 @@ struct Factor {
     Quad re, im;
 };
 
-// Of four values in memory, behind which other forms read one double more.
-inline Factor LoadFactor(const double* from) {
+inline Factor AsFactor(Quad a) {
     Factor f;
     for (int i = 0; i < 8; ++i) {
-        f.re.v[i] = from[i / 2 * 2];
-        f.im.v[i] = from[i / 2 * 2 + 1];
+        f.re.v[i] = a.v[i / 2 * 2];
+        f.im.v[i] = a.v[i / 2 * 2 + 1];
     }
     return f;
 }
@@ -99,6 +103,14 @@ inline Quad TimesConjugate(Quad a, const Factor& f) {
         product.v[i + 1] = a.v[i + 1] * f.re.v[i] - a.v[i] * f.im.v[i];
     }
     return product;
+}
+
+// The real parts are added to what overhangs and stored, the imaginary parts overhang next.
+inline void StoreOverlapped(double* to, double* overhang, Quad a) {
+    for (int i = 0; i < 4; ++i) {
+        to[i] = overhang[i] + a.v[2 * i];
+        overhang[i] = a.v[2 * i + 1];
+    }
 }
 
 // Four values, each twice.

@@ -97,9 +97,7 @@ inline Quad ImaginaryPartsTwice(Quad a) {
             _mm_unpackhi_pd(a.v3, a.v3)};
 }
 
-// Of four values in memory, behind which other forms read one double more.
-inline Factor LoadFactor(const double* from) {
-    const Quad a = Load(from);
+inline Factor AsFactor(Quad a) {
     return {RealPartsTwice(a), ImaginaryPartsTwice(a)};
 }
 
@@ -109,6 +107,14 @@ inline Quad Times(Quad a, const Factor& f) {
 
 inline Quad TimesConjugate(Quad a, const Factor& f) {
     return a * f.re + Conjugate(Exchanged(a) * f.im);
+}
+
+// The real parts are added to what overhangs and stored, the imaginary parts overhang next.
+inline void StoreOverlapped(double* to, double* overhang, Quad a) {
+    _mm_storeu_pd(to, _mm_loadu_pd(overhang) + _mm_unpacklo_pd(a.v0, a.v1));
+    _mm_storeu_pd(to + 2, _mm_loadu_pd(overhang + 2) + _mm_unpacklo_pd(a.v2, a.v3));
+    _mm_storeu_pd(overhang, _mm_unpackhi_pd(a.v0, a.v1));
+    _mm_storeu_pd(overhang + 2, _mm_unpackhi_pd(a.v2, a.v3));
 }
 
 // Four values, each twice.

@@ -18,22 +18,10 @@ void JoinPair(double* front, double* back, double wr, double wi) {
     back[1] -= yi;
 }
 
-void Multiply(double* bin, const double* by) {
-    const double real = bin[0] * by[0] - bin[1] * by[1];
-    bin[1] = bin[0] * by[1] + bin[1] * by[0];
-    bin[0] = real;
-}
-
 }  // namespace
 
 void JoinFirstPairs(std::size_t n, double* a, std::size_t nc, const double* cosines, double sign) {
     const std::size_t step = 4 * nc / n;
     for (std::size_t k = 1; k < 4 && k < n >> 2; ++k)
         JoinPair(a + 2 * k, a + n - 2 * k, 0.5 - cosines[nc - k * step], sign * cosines[k * step]);
-}
-
-void MultiplyFirstPairs(std::size_t n, double* a, const double* spectrum) {
-    for (std::size_t k = 1; k < 4 && k < n >> 2; ++k)
-        for (const std::size_t at : {2 * k, n - 2 * k}) Multiply(a + at, spectrum + at);
-    Multiply(a + (n >> 1), spectrum + (n >> 1));
 }

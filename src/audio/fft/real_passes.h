@@ -52,29 +52,4 @@ void RealPre(std::size_t n, double* a, std::size_t nc, const double* cosines) {
     JoinRest<TimesConjugate>(n, a, nc, cosines);
 }
 
-// Four pairs there, multiplied, and back, without leaving the registers. The bins at the back stay in the order in
-// which they and the spectrum's lie.
-inline void MultiplyPairs(double* front, double* back, const double* spectrum, const double* spectrumBack,
-                          const Factor& w) {
-    const Quad z = Load(front), mirrored = Load(back - 6);
-    const Quad y = Times(MinusConjugate(z, Reversed(mirrored)), w);
-    const Quad product = Times(z - y, LoadFactor(spectrum));
-    const Quad mirroredProduct = Times(PlusConjugate(mirrored, Reversed(y)), LoadFactor(spectrumBack - 6));
-    const Quad x = TimesConjugate(MinusConjugate(product, Reversed(mirroredProduct)), w);
-    Store(front, product - x);
-    Store(back - 6, PlusConjugate(mirroredProduct, Reversed(x)));
-}
-
-void RealProduct(std::size_t n, double* a, const double* spectrum, std::size_t nc, const double* cosines) {
-    JoinFirstPairs(n, a, nc, cosines, 1);
-    MultiplyFirstPairs(n, a, spectrum);
-    JoinFirstPairs(n, a, nc, cosines, -1);
-    const std::size_t step = 4 * nc / n;
-    for (std::size_t k = 4; k < n >> 2; k += 4) {
-        const std::size_t front = 2 * k, back = n - 2 * k;
-        MultiplyPairs(a + front, a + back, spectrum + front, spectrum + back,
-                      LoadWeights(cosines, nc, k, step));
-    }
-}
-
 }  // namespace
