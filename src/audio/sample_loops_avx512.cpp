@@ -127,21 +127,35 @@ struct Avx512 {
 // Between samples of four bytes there is little to compute, and a vector of 64 bytes that stands anywhere crosses
 // from one cache line to the next at every load; of these it is every other one.
 struct Halves {
-    static constexpr std::size_t kLanes = 8;
+    static constexpr std::size_t kLanes = 16;
+    struct Pair {
+        __m256i a, b;
+    };
 
-    static __m256i LoadInt32(const std::uint8_t* from) { return Half(from); }
+    static Pair LoadInt32(const std::uint8_t* from) { return {Half(from), Half(from + 32)}; }
     template <bool>
-    static __m256i LoadFloat32(const std::uint8_t* from) {
-        const __m256 limit = _mm256_set1_ps(kLimit), values = _mm256_castsi256_ps(Half(from));
-        const __m256 scaled = _mm256_mul_ps(values, limit);
-        const __mmask8 numbers = _mm256_cmp_ps_mask(values, values, _CMP_ORD_Q);
-        const __mmask8 high = _mm256_cmp_ps_mask(scaled, limit, _CMP_GE_OQ);
-        return _mm256_mask_mov_epi32(_mm256_maskz_cvttps_epi32(numbers, scaled), high,
-                                     _mm256_set1_epi32(2147483647));
+    static Pair LoadFloat32(const std::uint8_t* from) {
+        return {TruncateHalf(from), TruncateHalf(from + 32)};
     }
-    static void StoreInt32(std::uint8_t* to, __m256i x) { PutHalf(to, x); }
-    static void StoreFloat32(std::uint8_t* to, __m256i x) {
-        PutHalf(to, _mm256_castps_si256(_mm256_mul_ps(_mm256_cvtepi32_ps(x), _mm256_set1_ps(0x1p-31F))));
+    static void StoreInt32(std::uint8_t* to, Pair x) {
+        PutHalf(to, x.a);
+        PutHalf(to + 32, x.b);
+    }
+    static void StoreFloat32(std::uint8_t* to, Pair x) {
+        PutHalf(to, Scaled(x.a));
+        PutHalf(to + 32, Scaled(x.b));
+    }
+
+  private:
+    static __m256i TruncateHalf(const std::uint8_t* from) {
+        const __m256i numbers = _mm256_set1_epi32(0x11111188);  // what makes 0 of those that are none
+        const __m256 limit = _mm256_set1_ps(kLimit), values = _mm256_castsi256_ps(Half(from));
+        const __m256 scaled = _mm256_mul_ps(_mm256_fixupimm_ps(values, values, numbers, 0), limit);
+        const __m256 high = _mm256_cmp_ps(scaled, limit, _CMP_GE_OQ);
+        return _mm256_xor_si256(_mm256_cvttps_epi32(scaled), _mm256_castps_si256(high));
+    }
+    static __m256i Scaled(__m256i x) {
+        return _mm256_castps_si256(_mm256_mul_ps(_mm256_cvtepi32_ps(x), _mm256_set1_ps(0x1p-31F)));
     }
 };
 

@@ -103,6 +103,10 @@ std::size_t LeadIn(const std::uint8_t* to) {
     return samples == 0 ? Set::kLanes : samples;
 }
 
+// So many samples are more than the nearest cache holds; then the bytes so far ahead are asked for early.
+constexpr std::size_t kManySamples = std::size_t{1} << 12;
+constexpr std::size_t kAhead = 2048;  // and no sample is less than a byte
+
 // The first and the last vector are stored over others: what they share they store twice alike.
 template <class Set, class Step>
 void Run(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
@@ -114,8 +118,15 @@ void Run(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
         }
         Step::Do(to, from);
         const std::size_t end = count - kLanes;
-        for (std::size_t i = LeadIn<Set, Step>(to); i < end; i += kLanes)
-            Step::Do(to + i * Step::kTo, from + i * Step::kFrom);
+        std::size_t i = LeadIn<Set, Step>(to);
+        if (count >= kManySamples) {
+            for (; i + kAhead < end; i += kLanes) {
+                __builtin_prefetch(from + i * Step::kFrom + kAhead);
+                __builtin_prefetch(to + i * Step::kTo + kAhead, 1);
+                Step::Do(to + i * Step::kTo, from + i * Step::kFrom);
+            }
+        }
+        for (; i < end; i += kLanes) Step::Do(to + i * Step::kTo, from + i * Step::kFrom);
         Step::Do(to + end * Step::kTo, from + end * Step::kFrom);
     } else {
         for (std::size_t i = 0; i < count; ++i) Step::Do(to + i * Step::kTo, from + i * Step::kFrom);
