@@ -5,7 +5,7 @@
 #include "fft/real_transform.h"
 
 struct Convolution {
-    // With tables for `tablesFor` doubles, or for what the taps need.
+    // With tables that were made for `tablesFor` doubles before, if any.
     explicit Convolution(const Values& taps, std::size_t tablesFor = 0)
         : n(2 * taps.size()), tables(std::max(n, tablesFor)), spectrum(n), work(n), overhang(taps.size()) {
         if (tablesFor != 0) {

@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "fft/each_form.h"
+#include "fft/guarded.h"
 #include "fft/real_transform.h"
 #include "support/effort.h"
 #include "support/naive_spectrum.h"
@@ -178,23 +179,6 @@ TEST_P(RealFftInEachForm, Empty_tables_are_known_by_their_first_entry_alone) {
         EXPECT_EQ(Transformed(Noise(n), FftDirection::Forward, tables), Forward(Noise(n)));
     }
 }
-
-// What stands around an array must stay. The odd place also makes the array unaligned.
-template <class Value>
-class Guarded {
-  public:
-    explicit Guarded(std::size_t count) : mAll(count + 2 * kMargin, kGuard) {}
-    Value* data() { return mAll.data() + kMargin; }
-    bool IsWhole() const {
-        const auto guards = [](auto from, auto to) { return std::count(from, to, kGuard) == kMargin; };
-        return guards(mAll.begin(), mAll.begin() + kMargin) && guards(mAll.end() - kMargin, mAll.end());
-    }
-
-  private:
-    static constexpr int kMargin = 67;
-    static constexpr Value kGuard = 77;
-    std::vector<Value> mAll;
-};
 
 TEST_P(RealFftInEachForm, Nothing_beside_the_arrays_is_touched_and_they_need_no_alignment) {
     for (std::size_t n : AllLengths()) {

@@ -39,6 +39,14 @@ inline Elements BackFromB(const Elements& y, const Factors& straight, const Fact
     return {x0 + x1, x2 + x3, OverI(x0 - x1), OverI(x2 - x3)};
 }
 
+inline void MiddlePassBackA(std::size_t L, double* x, const double* table) {
+    PassOfTypeA<BackFromA, BackFromAMirrored>(L, x, table);
+}
+
+inline void MiddlePassBackB(std::size_t L, double* x, const double* table) {
+    PassOfTypeB<BackFromB>(L, x, table);
+}
+
 struct Pair {
     Quad e0, e1;
 };

@@ -45,7 +45,7 @@ template <const Way& way>
 void Transform(std::size_t n, double* a, std::int32_t* scratch, std::size_t nw, const double* twiddles) {
     if (n > 32) {
         way.firstPass(n, a, twiddles + nw - (n >> 2));
-        InnerLevels(n, a, GatherTables(n, twiddles + nw));
+        InnerLevels(n, a, GatherTables(n, twiddles + nw), Transforming());
         way.reverse(n, scratch, a);
     } else if (n == 32) {
         Kernel32A(a, LoadElements(a, 8), MakeKernel32AFactors(twiddles + nw - 8));

@@ -10,8 +10,7 @@ constexpr double kHalfTurn = 3.14159265358979323846;
 
 ConvolutionTables TablesFor(std::size_t n, std::int32_t* fftIndex, double* fftTable) {
     const TransformTables all(n, fftIndex, fftTable);
-    const double* const end = all.twiddles + all.nw;
-    ConvolutionTables tables = {end - (n >> 2), end, all.cosines, all.nc, {}};
+    ConvolutionTables tables = {all.twiddles + all.nw, all.cosines, all.nc, {}};
     for (int j = 0; j < 4; ++j) {
         const double angle = kHalfTurn / static_cast<double>(n) * j;
         tables.firstTurns[2 * j] = 2 * Cosine(angle);

@@ -21,7 +21,7 @@
 #include <cstdint>
 
 // Lengths n are powers of two, at least 256: N is n/2. fftIndex and fftTable are those of RealFft for n or more, and
-// are made in the first call as there. Values must be finite. Nothing is allocated and nothing fails. The arrays need
+// are made in the first call as there. A value that isn't finite spoils all n that come of its block. Nothing is allocated and nothing fails. The arrays need
 // no alignment and must not overlap; all are fastest when they begin at a multiple of 64 bytes. Calls on different
 // arrays and tables may run at once.
 
@@ -29,8 +29,9 @@
 void MakeSpectrum(std::size_t n, const double* samples, double* spectrum, std::int32_t* fftIndex,
                   double* fftTable);
 
-// Convolves n/2 samples with the signal of the spectrum, times n/2. The first n/2 values of the result, plus those in
+// Convolves n/2 samples with the signal of the spectrum, times n/2. The first n/2 values of the result, plus the n/2 of
 // `overhang`, take the samples' place, and the others that of the overhang: to be added to the next n/2 samples in the
-// same way (overlap-add; Oppenheim and Schafer, Discrete-Time Signal Processing). `work` is n doubles.
+// same way (overlap-add; Oppenheim and Schafer, Discrete-Time Signal Processing). Before the first of a signal, the
+// overhang is zeros. `work` is n doubles.
 void Convolve(std::size_t n, double* samples, double* overhang, const double* spectrum, double* work,
               std::int32_t* fftIndex, double* fftTable);

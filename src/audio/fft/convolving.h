@@ -27,8 +27,8 @@ struct Turns {
 
     static Factor Everywhere(double re, double im) { return {Twice(re, re, re, re), Twice(im, im, im, im)}; }
 
-    // Of the column j doubles from the start of its quarter.
-    Factor Column(std::size_t j) const {
+    // That of the column j doubles from the start of its quarter.
+    Factor OfColumn(std::size_t j) const {
         if (j == 0) return Everywhere(0.5, 0);
         const std::size_t k = j / 4 * step;
         return Everywhere(cosines[k], cosines[nc - k]);
@@ -58,24 +58,15 @@ inline void StoreTurnedBack(double* reals, double* overhang, std::size_t apart, 
 // The first pass turns what it reads, and the last one up turns back what it stores.
 inline void FirstPassOfReals(std::size_t n, double* a, const double* table, const double* reals,
                              const Turns& turns) {
-    const std::size_t quarter = n >> 2;
-    const auto turned = [=](std::size_t j) {
-        return LoadTurned(reals + j / 2, quarter / 2, turns, turns.Column(j));
-    };
-    const auto straight = [=](std::size_t j, const Factors& f) {
-        StoreElements(a + j, quarter, ButterflyA(turned(j), f));
-    };
-    const auto mirrored = [=](std::size_t j, const Factors& f) {
-        StoreElements(a + j, quarter, ButterflyAMirrored(turned(j), f));
-    };
-    ForFirstColumns(n, table, straight, mirrored);
+    FirstPass(n, a, table,
+              [=](std::size_t j) { return LoadTurned(reals + j / 2, n >> 3, turns, turns.OfColumn(j)); });
 }
 
 inline void FirstPassBackToReals(std::size_t n, const double* a, const double* table, double* reals,
                                  double* overhang, const Turns& turns) {
     const std::size_t quarter = n >> 2;
     const auto store = [=](std::size_t j, const Elements& e) {
-        StoreTurnedBack(reals + j / 2, overhang + j / 2, quarter / 2, e, turns, turns.Column(j));
+        StoreTurnedBack(reals + j / 2, overhang + j / 2, quarter / 2, e, turns, turns.OfColumn(j));
     };
     const auto straight = [=](std::size_t j, const Factors& f) {
         store(j, BackFromA(LoadElements(a + j, quarter), f));
@@ -90,11 +81,7 @@ inline void FirstPassBackToReals(std::size_t n, const double* a, const double* t
 inline Elements Evaluated(const Elements& tile) {
     Quad z[4] = {tile.e0, tile.e1, tile.e2, tile.e3};
     Transpose(z);
-    const Quad x0 = z[0] + z[2];
-    const Quad x1 = z[0] - z[2];
-    const Quad x2 = z[1] + z[3];
-    const Quad x3 = z[1] - z[3];
-    return {x0 + x2, x0 - x2, PlusI(x1, x3), MinusI(x1, x3)};
+    return FourRoots(z[0], z[1], z[2], z[3]);
 }
 
 inline Elements Interpolated(const Elements& y) {
@@ -134,17 +121,21 @@ struct Multiplying {
     }
 };
 
-void MakeSpectrum(std::size_t n, const double* samples, double* spectrum, const ConvolutionTables& tables) {
-    FirstPassOfReals(n, spectrum, tables.first, samples, Turns(n, tables));
-    LevelsOfQuarters<TypeA>(n, spectrum, GatherTables(n, tables.end), Evaluating());
+inline const double* FirstTable(std::size_t n, const ConvolutionTables& tables) {
+    return tables.end - (n >> 2);
 }
 
-void Convolve(std::size_t n, double* samples, double* overhang, const double* spectrum, double* work,
-              const ConvolutionTables& tables) {
+void SpectrumInForm(std::size_t n, const double* samples, double* spectrum, const ConvolutionTables& tables) {
+    FirstPassOfReals(n, spectrum, FirstTable(n, tables), samples, Turns(n, tables));
+    InnerLevels(n, spectrum, GatherTables(n, tables.end), Evaluating());
+}
+
+void ConvolveInForm(std::size_t n, double* samples, double* overhang, const double* spectrum, double* work,
+                    const ConvolutionTables& tables) {
     const Turns turns(n, tables);
-    FirstPassOfReals(n, work, tables.first, samples, turns);
-    LevelsOfQuarters<TypeA>(n, work, GatherTables(n, tables.end), Multiplying{work, spectrum});
-    FirstPassBackToReals(n, work, tables.first, samples, overhang, turns);
+    FirstPassOfReals(n, work, FirstTable(n, tables), samples, turns);
+    InnerLevels(n, work, GatherTables(n, tables.end), Multiplying{work, spectrum});
+    FirstPassBackToReals(n, work, FirstTable(n, tables), samples, overhang, turns);
 }
 
 }  // namespace

@@ -42,8 +42,11 @@
 // lengths the result is read at the negated index instead, which comes to the same.
 //
 // Levels. Each does its pass, then finishes its quarters one after another, so that a quarter is worked on while it
-// is in cache. The last pass, on 128 or 64 doubles, and the kernels of 32 or 16 doubles, into which its quarters fall,
-// work in registers, and the four values that are left are transformed while the reordering holds them.
+// is in cache: by recursion down to 512 doubles, then by a sweep over its quarters. There the last pass and the
+// kernels of 32 or 16 doubles, into which its quarters fall, work in registers, and the four values that are left
+// are transformed while the reordering holds them.
+//
+// The library's own filters go a shorter way over the same levels: convolution.h.
 //
 // Forms. All of it is written once, over a quad: four complex values side by side. Each instruction set has a quad of
 // its own, and a form made with it.

@@ -1,4 +1,4 @@
-// The transforms of fft.h in the form for one instruction set. Form sources (form_avx2.cpp) gather one each from the
+// The transforms of fft.h and the convolution of convolution.h in the form for one instruction set. Form sources (form_avx2.cpp) gather one each from the
 // same text: the vector of four complex values differs, what is done with it doesn't.
 #pragma once
 
@@ -7,8 +7,7 @@
 
 // What a convolution finds in the tables, made for its length.
 struct ConvolutionTables {
-    const double* first;  // of the first pass
-    const double* end;    // of the twiddle tables
+    const double* end;  // of the twiddle tables
     const double* cosines;
     std::size_t nc;
     double firstTurns[8];  // twice e^(i pi j / 2N), for j = 0..3

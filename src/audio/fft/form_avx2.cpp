@@ -6,5 +6,5 @@
 #include "audio/fft/form.h"
 #include "audio/fft/real_passes.h"
 
-const FftForm kAvx2Fft = {
-    Transform<kForward>, Transform<kBackward>, RealPost, RealPre, MakeSpectrum, Convolve};
+const FftForm kAvx2Fft = {Transform<kForward>, Transform<kBackward>, RealPost, RealPre,
+                          SpectrumInForm,      ConvolveInForm};

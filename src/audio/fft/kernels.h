@@ -60,7 +60,7 @@ inline Kernel32Factors MakeKernel32Factors(const double* end) {
     return factors;
 }
 
-// Each leaves the last level, transforms of four neighbours, to the reordering.
+// Each leaves the last level, transforms of four neighbours, to a transform's reordering or to a convolution's goal.
 inline void Kernel32A(double* x, const Elements& block, const Kernel32Factors& f) {
     Elements e = ButterflyA(block, f.a);
     e.e1 = Times(e.e1, f.eighth);

@@ -1,8 +1,8 @@
 // Which pass runs when: all levels behind the first pass. After a quad header.
 //
 // A block of type A falls into quarters A, B, A, A, one of type B into A, B, A, B, whatever its length. Each level
-// does its own pass before it descends, finishes a quarter before it touches the next, and undoes its pass on the way
-// up where the goal is a product.
+// does its own pass before it descends, and finishes a quarter before it touches the next. A goal says what is done with
+// the values that the last pass leaves, and whether the levels are then gone back up, each undoing its pass.
 #pragma once
 
 #include <cstddef>
@@ -11,10 +11,10 @@
 
 namespace {
 
-constexpr std::size_t kKernel32Pass =
-    128;  // doubles in the last pass whose quarters are blocks for Kernel32A and B
+constexpr std::size_t kLongestSwept = 512;  // doubles; above, blocks are finished by recursion
+constexpr std::size_t kKernel32Pass = 128;  // the last pass, whose quarters are blocks for Kernel32A and B
 
-struct Tables {
+struct LevelTables {
     const double* end;  // of the twiddle tables
     Leaves leaves;
 };
@@ -25,8 +25,8 @@ inline bool EndsIn64(std::size_t n) {
     return n == 64;
 }
 
-inline Tables GatherTables(std::size_t n, const double* end) {
-    Tables tables{end, {}};
+inline LevelTables GatherTables(std::size_t n, const double* end) {
+    LevelTables tables{end, {}};
     Leaves& leaves = tables.leaves;
     const bool passes = n > kKernel32Pass;
     if (EndsIn64(n)) {
@@ -39,73 +39,81 @@ inline Tables GatherTables(std::size_t n, const double* end) {
     return tables;
 }
 
-struct TypeA {
-    static void Pass(std::size_t L, double* x, const Tables& tables) {
-        PassOfTypeA<ButterflyA, ButterflyAMirrored>(L, x, tables.end - L / 2);
-    }
-
-    static void PassBack(std::size_t L, double* x, const Tables& tables) {
-        PassOfTypeA<BackFromA, BackFromAMirrored>(L, x, tables.end - L / 2);
-    }
-
-    static void LastPass(std::size_t l, double* x, const Leaves& leaves) {
-        l == kKernel32Pass ? LastPass128A(x, leaves) : LastPass64A(x, leaves);
-    }
-
-    static void LastPassBack(std::size_t l, double* x, const Leaves& leaves) {
-        l == kKernel32Pass ? LastPassBack128A(x, leaves) : LastPassBack64A(x, leaves);
-    }
-};
-
-struct TypeB {
-    static void Pass(std::size_t L, double* x, const Tables& tables) {
-        PassOfTypeB<ButterflyB>(L, x, tables.end - L);
-    }
-
-    static void PassBack(std::size_t L, double* x, const Tables& tables) {
-        PassOfTypeB<BackFromB>(L, x, tables.end - L);
-    }
-
-    static void LastPass(std::size_t l, double* x, const Leaves& leaves) {
-        l == kKernel32Pass ? LastPass128B(x, leaves) : LastPass64B(x, leaves);
-    }
-
-    static void LastPassBack(std::size_t l, double* x, const Leaves& leaves) {
-        l == kKernel32Pass ? LastPassBack128B(x, leaves) : LastPassBack64B(x, leaves);
-    }
-};
-
-template <typename Type, typename Goal>
-void Levels(std::size_t L, double* x, const Tables& tables, const Goal& goal);
-
-template <typename Type, typename Goal>
-inline void LevelsOfQuarters(std::size_t L, double* x, const Tables& tables, const Goal& goal) {
-    const std::size_t l = L >> 2;
-    Levels<TypeA>(l, x, tables, goal);
-    Levels<TypeB>(l, x + l, tables, goal);
-    Levels<TypeA>(l, x + 2 * l, tables, goal);
-    Levels<Type>(l, x + 3 * l, tables, goal);
-}
-
-// The goal finishes the values of each block that the last pass leaves.
-template <typename Type, typename Goal>
-void Levels(std::size_t L, double* x, const Tables& tables, const Goal& goal) {
-    if (L > kKernel32Pass) {
-        Type::Pass(L, x, tables);
-        LevelsOfQuarters<Type>(L, x, tables, goal);
-        if constexpr (Goal::kGoesBack) Type::PassBack(L, x, tables);
-    } else {
-        Type::LastPass(L, x, tables.leaves);
-        goal.Finish(L, x);
-        if constexpr (Goal::kGoesBack) Type::LastPassBack(L, x, tables.leaves);
-    }
-}
-
-// What a transform wants of a block is left to its reordering.
+// A transform's goal: what is left to do is done by its reordering.
 struct Transforming {
     static constexpr bool kGoesBack = false;
     void Finish(std::size_t, double*) const {}
 };
+
+template <typename Goal>
+inline void LastLevelsA(std::size_t l, double* x, const LevelTables& tables, const Goal& goal) {
+    const bool is128 = l == kKernel32Pass;
+    is128 ? LastPass128A(x, tables.leaves) : LastPass64A(x, tables.leaves);
+    goal.Finish(l, x);
+    if constexpr (Goal::kGoesBack)
+        is128 ? LastPassBack128A(x, tables.leaves) : LastPassBack64A(x, tables.leaves);
+}
+
+template <typename Goal>
+inline void LastLevelsB(std::size_t l, double* x, const LevelTables& tables, const Goal& goal) {
+    const bool is128 = l == kKernel32Pass;
+    is128 ? LastPass128B(x, tables.leaves) : LastPass64B(x, tables.leaves);
+    goal.Finish(l, x);
+    if constexpr (Goal::kGoesBack)
+        is128 ? LastPassBack128B(x, tables.leaves) : LastPassBack64B(x, tables.leaves);
+}
+
+// The quarters of a block of 512 or 256 doubles after its pass.
+template <typename Goal>
+inline void SweepA(std::size_t n, double* x, const LevelTables& tables, const Goal& goal) {
+    const std::size_t l = n >> 2;
+    LastLevelsA(l, x, tables, goal);
+    LastLevelsB(l, x + l, tables, goal);
+    LastLevelsA(l, x + 2 * l, tables, goal);
+    LastLevelsA(l, x + 3 * l, tables, goal);
+}
+
+template <typename Goal>
+inline void SweepB(std::size_t n, double* x, const LevelTables& tables, const Goal& goal) {
+    const std::size_t l = n >> 2;
+    LastLevelsA(l, x, tables, goal);
+    LastLevelsA(l, x + 2 * l, tables, goal);
+    LastLevelsB(l, x + l, tables, goal);
+    LastLevelsB(l, x + 3 * l, tables, goal);
+}
+
+template <typename Goal>
+void RecurseB(std::size_t L, double* x, const LevelTables& tables, const Goal& goal);
+
+template <typename Goal>
+void RecurseA(std::size_t L, double* x, const LevelTables& tables, const Goal& goal) {
+    MiddlePassA(L, x, tables.end - L / 2);
+    if (L > kLongestSwept) {
+        const std::size_t l = L >> 2;
+        RecurseA(l, x, tables, goal);
+        RecurseB(l, x + l, tables, goal);
+        RecurseA(l, x + 2 * l, tables, goal);
+        RecurseA(l, x + 3 * l, tables, goal);
+    } else {
+        SweepA(L, x, tables, goal);
+    }
+    if constexpr (Goal::kGoesBack) MiddlePassBackA(L, x, tables.end - L / 2);
+}
+
+template <typename Goal>
+void RecurseB(std::size_t L, double* x, const LevelTables& tables, const Goal& goal) {
+    MiddlePassB(L, x, tables.end - L);
+    if (L > kLongestSwept) {
+        const std::size_t l = L >> 2;
+        RecurseA(l, x, tables, goal);
+        RecurseB(l, x + l, tables, goal);
+        RecurseA(l, x + 2 * l, tables, goal);
+        RecurseB(l, x + 3 * l, tables, goal);
+    } else {
+        SweepB(L, x, tables, goal);
+    }
+    if constexpr (Goal::kGoesBack) MiddlePassBackB(L, x, tables.end - L);
+}
 
 // The quarters of the whole array, of 128 or 64 doubles, after the first pass.
 inline void Leaf128(std::size_t n, double* a, const Leaves& leaves) {
@@ -122,12 +130,20 @@ inline void Leaf128(std::size_t n, double* a, const Leaves& leaves) {
     }
 }
 
-// All levels after the first pass, for n above 32.
-inline void InnerLevels(std::size_t n, double* a, const Tables& tables) {
-    if (n >> 2 > 32)
-        LevelsOfQuarters<TypeA>(n, a, tables, Transforming());
-    else
+// All levels after the first pass, for n above 32. A goal that goes back has n above 128.
+template <typename Goal>
+inline void InnerLevels(std::size_t n, double* a, const LevelTables& tables, const Goal& goal) {
+    const std::size_t m = n >> 2;
+    if (n > kLongestSwept) {
+        RecurseA(m, a, tables, goal);
+        RecurseB(m, a + m, tables, goal);
+        RecurseA(m, a + 2 * m, tables, goal);
+        RecurseA(m, a + 3 * m, tables, goal);
+    } else if (m > 32) {
+        SweepA(n, a, tables, goal);
+    } else {
         Leaf128(n, a, tables.leaves);
+    }
 }
 
 }  // namespace

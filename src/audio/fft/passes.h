@@ -57,6 +57,15 @@ inline Elements ButterflyB(const Elements& e, const Factors& straight, const Fac
     return {y0 + y2, y0 - y2, y1 - y3, y1 + y3};
 }
 
+// The transform of four, at the roots 1, -1, i, -i.
+inline Elements FourRoots(Quad z0, Quad z1, Quad z2, Quad z3) {
+    const Quad x0 = z0 + z2;
+    const Quad x1 = z0 - z2;
+    const Quad x2 = z1 + z3;
+    const Quad x3 = z1 - z3;
+    return {x0 + x2, x0 - x2, PlusI(x1, x3), MinusI(x1, x3)};
+}
+
 // The groups for four elements from offset j on, and backwards for the four that end before `end`, which is the
 // place of the eighth of a turn.
 inline FourGroups GroupsFrom(const double* table, std::size_t j) {
@@ -98,6 +107,14 @@ inline void PassOfTypeB(std::size_t L, double* x, const double* table) {
     }
 }
 
+inline void MiddlePassA(std::size_t L, double* x, const double* table) {
+    PassOfTypeA<ButterflyA, ButterflyAMirrored>(L, x, table);
+}
+
+inline void MiddlePassB(std::size_t L, double* x, const double* table) {
+    PassOfTypeB<ButterflyB>(L, x, table);
+}
+
 // The first pass reads half as many groups and makes those between. `first` is the first of three neighbours.
 struct NeighbourGroups {
     TwoGroups lower, upper, between;
@@ -127,30 +144,29 @@ inline void ForFirstColumns(std::size_t n, const double* table, const Do& straig
     }
 }
 
-// The way back begins by conjugating what it reads.
-inline Elements LoadConjugated(const double* x, std::size_t quarter) {
-    const Elements e = LoadElements(x, quarter);
-    return {Conjugate(e.e0), Conjugate(e.e1), Conjugate(e.e2), Conjugate(e.e3)};
-}
-
-template <Elements Taken(const double*, std::size_t)>
-inline void FirstPass(std::size_t n, double* a, const double* table) {
+// Over the whole array. `taken` gives the elements of the column j doubles from the start of their quarters.
+template <typename Taken>
+inline void FirstPass(std::size_t n, double* a, const double* table, const Taken& taken) {
     const std::size_t quarter = n >> 2;
-    const auto straight = [=](std::size_t j, const Factors& f) {
-        StoreElements(a + j, quarter, ButterflyA(Taken(a + j, quarter), f));
+    const auto straight = [&](std::size_t j, const Factors& f) {
+        StoreElements(a + j, quarter, ButterflyA(taken(j), f));
     };
-    const auto mirrored = [=](std::size_t j, const Factors& f) {
-        StoreElements(a + j, quarter, ButterflyAMirrored(Taken(a + j, quarter), f));
+    const auto mirrored = [&](std::size_t j, const Factors& f) {
+        StoreElements(a + j, quarter, ButterflyAMirrored(taken(j), f));
     };
     ForFirstColumns(n, table, straight, mirrored);
 }
 
 inline void FirstPassForward(std::size_t n, double* a, const double* table) {
-    FirstPass<LoadElements>(n, a, table);
+    FirstPass(n, a, table, [=](std::size_t j) { return LoadElements(a + j, n >> 2); });
 }
 
+// The way back begins by conjugating what it reads.
 inline void FirstPassBackward(std::size_t n, double* a, const double* table) {
-    FirstPass<LoadConjugated>(n, a, table);
+    FirstPass(n, a, table, [=](std::size_t j) {
+        const Elements e = LoadElements(a + j, n >> 2);
+        return Elements{Conjugate(e.e0), Conjugate(e.e1), Conjugate(e.e2), Conjugate(e.e3)};
+    });
 }
 
 }  // namespace

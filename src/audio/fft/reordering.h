@@ -25,11 +25,8 @@ inline Quad Same(Quad a) {
 inline Elements Turned(const Elements& tile) {
     Quad rows[4] = {tile.e0, tile.e2, tile.e1, tile.e3};
     Transpose(rows);
-    const Quad x0 = rows[0] + rows[2];
-    const Quad x1 = rows[0] - rows[2];
-    const Quad x2 = rows[1] + rows[3];
-    const Quad x3 = rows[1] - rows[3];
-    return {x0 + x2, PlusI(x1, x3), x0 - x2, MinusI(x1, x3)};
+    const Elements y = FourRoots(rows[0], rows[1], rows[2], rows[3]);
+    return {y.e0, y.e2, y.e1, y.e3};
 }
 
 template <Quad As(Quad)>

@@ -1,4 +1,4 @@
-// A caller's tables, made for a length if need be: their places in the one array that holds them.
+// What a transform finds in its caller's arrays. Asking for it makes the tables if they don't serve the length yet.
 #pragma once
 
 #include <cstddef>
