@@ -1,4 +1,4 @@
-// clFftFilter: a long low-pass, applied to half a transform's length of samples at once by multiplying spectra.
+// clFftFilter: a long low-pass, applied to half a transform's length of samples at once (audio/fft/convolution.h).
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,8 @@ class clFftFilter {
     void Design(const clResamplerPlan& plan);
     void Release() { *this = {}; }
 
-    // Filters Half() samples in place. The filter's overhang, as long, is added to them and left for the next.
+    // Filters Half() samples in place. The overhang, as long and zeros before a stream's first, is added to them, and the
+    // new one left for the next.
     void Apply(double* samples, double* overhang);
 
     std::int64_t Half() const { return static_cast<std::int64_t>(mSpectrum.Size() / 2); }

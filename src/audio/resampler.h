@@ -47,7 +47,7 @@ class clResampler {
     struct Kept {
         std::int64_t skip;
         std::int64_t frames;
-        bool finished;  // the stream ended: the step's state is left as it is
+        bool finished;  // the stream ended: what the step read is not moved on
     };
 
     bool Serves(const clAudioBlock& in) const;

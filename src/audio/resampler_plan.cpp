@@ -121,10 +121,11 @@ void clResamplerPlan::PlanPolyphase(std::int64_t rate, std::int64_t inputRate, s
 clResamplerPlan::Buffers clResamplerPlan::Lengths() const {
     const std::int64_t half = fftLength / 2;
     Buffers lengths;
+    // Behind a step's samples there is room for the zeros that follow the last of them, and for what the filter reads.
     lengths.block = upward ? half : Lead() + half + clPolyphaseFilter::kSpare;
     lengths.picked = upward ? 0 : half + 1;
     lengths.in = half + width + 1;
-    lengths.out = half + 1;
+    lengths.out = upward ? half / oversample + 1 : half + 1;
     lengths.input = upward ? half + width + 1 + clPolyphaseFilter::kSpare : width + 1;
     lengths.overhang = half;
     return lengths;

@@ -78,18 +78,13 @@ bool clResampler::ProcessDown(bool last, const clAudioBlock& taken, std::int64_t
 }
 
 // The polyphase filter reads the step's block where the low-pass left it, with the last samples of the step before
-// put in front. The last step of a stream works on a copy of the overhang.
+// put in front.
 void clResampler::FilterDown(std::size_t channel, std::int64_t want, std::int64_t got, bool finished) {
     const auto half = static_cast<std::size_t>(lowPass.Half()), past = inputs[channel].size();
     double* const now = block.Data() + plan.Lead();
     std::fill(now, now + overhang, 0.0);
     Spread(channel, want, now + overhang, plan.oversample);
-    double* beyond = overhangs[channel].Data();
-    if (finished) {
-        std::copy_n(beyond, half, picked.data());
-        beyond = picked.data();
-    }
-    lowPass.Apply(now, beyond);
+    lowPass.Apply(now, overhangs[channel].Data());
     double* const input = now - past;
     std::copy(inputs[channel].begin(), inputs[channel].end(), input);
     if (got > 0) polyphase.Run(picked.data(), input + DivideUp(position, plan.phases), got, made);

@@ -12,6 +12,7 @@
 // that each source has its own, compiled for its set.
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 
 #include "audio/sample_loops.h"
@@ -93,19 +94,29 @@ void RunShort(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
     std::memcpy(to, target, count * Step::kTo);
 }
 
+constexpr std::size_t kLine = 64;
+
 // How many samples lead to an address where no vector is stored across two cache lines; as many as a vector
 // holds where it stands at one already, or where there is none.
 template <class Set, class Step>
 std::size_t LeadIn(const std::uint8_t* to) {
-    constexpr std::size_t kLine = 64;
     const std::size_t bytes = (kLine - reinterpret_cast<std::uintptr_t>(to) % kLine) % kLine;
     const std::size_t samples = bytes % Step::kTo == 0 ? bytes / Step::kTo % Set::kLanes : 0;
     return samples == 0 ? Set::kLanes : samples;
 }
 
-// So many samples are more than the nearest cache holds; then the bytes so far ahead are asked for early.
-constexpr std::size_t kManySamples = std::size_t{1} << 12;
-constexpr std::size_t kAhead = 2048;  // and no sample is less than a byte
+// What the nearest cache doesn't hold is asked for ahead, in groups of samples that fill whole lines.
+constexpr std::size_t kNearCache = std::size_t{1} << 15;  // bytes
+constexpr std::size_t kAhead = 2048;                      // bytes
+constexpr std::size_t kGroup = 64;                        // samples
+
+template <class Set, class Step>
+void DoGroup(std::uint8_t* to, const std::uint8_t* from) {
+    for (std::size_t line = 0; line < Step::kFrom; ++line) __builtin_prefetch(from + kAhead + line * kLine);
+    for (std::size_t line = 0; line < Step::kTo; ++line) __builtin_prefetch(to + kAhead + line * kLine, 1);
+    for (std::size_t i = 0; i < kGroup; i += Set::kLanes)
+        Step::Do(to + i * Step::kTo, from + i * Step::kFrom);
+}
 
 // The first and the last vector are stored over others: what they share they store twice alike.
 template <class Set, class Step>
@@ -119,13 +130,10 @@ void Run(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
         Step::Do(to, from);
         const std::size_t end = count - kLanes;
         std::size_t i = LeadIn<Set, Step>(to);
-        if (count >= kManySamples) {
-            for (; i + kAhead < end; i += kLanes) {
-                __builtin_prefetch(from + i * Step::kFrom + kAhead);
-                __builtin_prefetch(to + i * Step::kTo + kAhead, 1);
-                Step::Do(to + i * Step::kTo, from + i * Step::kFrom);
-            }
-        }
+        constexpr std::size_t kSamplesAhead = kAhead / std::min(Step::kFrom, Step::kTo) + kGroup;
+        if (count * (Step::kFrom + Step::kTo) >= kNearCache)
+            for (; i + kSamplesAhead < end; i += kGroup)
+                DoGroup<Set, Step>(to + i * Step::kTo, from + i * Step::kFrom);
         for (; i < end; i += kLanes) Step::Do(to + i * Step::kTo, from + i * Step::kFrom);
         Step::Do(to + end * Step::kTo, from + end * Step::kFrom);
     } else {

@@ -11,7 +11,7 @@ namespace {
 
 using twin::Bytes;
 
-constexpr std::size_t kCounts[] = {0, 1, 2, 3, 5, 8, 13, 15, 16, 17, 31, 33, 67, 2003};
+constexpr std::size_t kCounts[] = {0, 1, 2, 3, 5, 8, 13, 15, 16, 17, 31, 33, 67, 2003, 6149};
 
 Bytes Written(const std::vector<double>& values, SampleKind kind) {
     Bytes bytes(values.size() * BytesOf(kind));
